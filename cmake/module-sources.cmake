@@ -1,0 +1,21 @@
+# The module's sources: one list for every build.
+set(VELTRANO_MODULE_SOURCES
+    commands/CommandManager.cpp
+    commands/ICommand.cpp
+    commands/ModuleObjects.cpp
+    commands/VeltranoCommandsApp.cpp
+    configuration/Configuration.cpp
+    configuration/ConfigurationStorage.cpp
+    configuration/Storage.cpp
+    projection/Base64.cpp
+    projection/Cmd_DefineProjectionEntities.cpp
+    projection/DlgDefineProjections.cpp
+    projection/ProjectionRegistry.cpp
+    uistrings/TextFile.cpp
+    uistrings/TextFileReader.cpp
+    uistrings/UIStrings.cpp
+    xml/XmlDocument.cpp
+    xml/XmlFile.cpp
+    xml/XmlNavigation.cpp
+    xml/XmlParser.cpp
+)

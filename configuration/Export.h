@@ -1,0 +1,9 @@
+#pragma once
+/// VLT_API marks the classes that the module exports; its own sources define VELTRANO_MODULE_BUILD.
+#include "platform/mfc/afxver_.h"
+
+#ifdef VELTRANO_MODULE_BUILD
+#define VLT_API AFX_CLASS_EXPORT
+#else
+#define VLT_API AFX_CLASS_IMPORT
+#endif

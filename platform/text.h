@@ -1,0 +1,18 @@
+#pragma once
+/// The module's text: 16-bit code units under the Windows names, in both builds.
+/// On Windows WCHAR is wchar_t, so WString is std::wstring; elsewhere it is char16_t, never a 32-bit wchar_t.
+#ifdef _WIN32
+#include "platform/win32/win32.h"
+#else
+#define TEXT_LITERAL(quote) u##quote
+#define TEXT(quote) TEXT_LITERAL(quote)
+using WCHAR = char16_t;
+#endif
+
+#include <sstream>
+#include <string>
+
+static_assert(sizeof(WCHAR) == 2);
+
+using WString = std::basic_string<WCHAR>;
+using WStringStream = std::basic_stringstream<WCHAR>;

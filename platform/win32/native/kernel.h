@@ -1,0 +1,77 @@
+#pragma once
+/// Files, modules, errors and conversions, under their Windows names. Paths may use '\\' or '/'; paths that the calls
+/// give out use '\\'. Error codes are the Windows ones, mapped from errno.
+#include "platform/win32/native/types.h"
+
+#include <cstdarg>
+
+constexpr DWORD ERROR_SUCCESS = 0;
+constexpr DWORD ERROR_FILE_NOT_FOUND = 2;
+constexpr DWORD ERROR_PATH_NOT_FOUND = 3;
+constexpr DWORD ERROR_TOO_MANY_OPEN_FILES = 4;
+constexpr DWORD ERROR_ACCESS_DENIED = 5;
+constexpr DWORD ERROR_INVALID_HANDLE = 6;
+constexpr DWORD ERROR_NOT_ENOUGH_MEMORY = 8;
+constexpr DWORD ERROR_NO_MORE_FILES = 18;
+constexpr DWORD ERROR_READ_FAULT = 30;
+constexpr DWORD ERROR_SHARING_VIOLATION = 32;
+constexpr DWORD ERROR_INVALID_PARAMETER = 87;
+constexpr DWORD ERROR_INSUFFICIENT_BUFFER = 122;
+constexpr DWORD ERROR_INVALID_NAME = 123;
+constexpr DWORD ERROR_FILENAME_EXCED_RANGE = 206;
+constexpr DWORD ERROR_RESOURCE_TYPE_NOT_FOUND = 1813;
+constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
+
+DWORD GetLastError();
+void SetLastError(DWORD code);
+
+constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x100;
+constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
+/// Only with both flags above. The text is the system's for the errno behind the code, with CR LF behind it.
+/// pBuffer is a LPWSTR*; the caller frees the text with LocalFree. Returns its units, 0 for a code that has none.
+DWORD FormatMessageW(DWORD flags, const void* pSource, DWORD code, DWORD language, LPWSTR pBuffer, DWORD size,
+                     va_list* pArguments);
+HLOCAL LocalFree(HLOCAL block);
+
+const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(-1));
+constexpr DWORD GENERIC_READ = 0x80000000;
+constexpr DWORD FILE_SHARE_READ = 1;
+constexpr DWORD OPEN_EXISTING = 3;
+constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
+constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
+constexpr DWORD FILE_BEGIN = 0;
+constexpr DWORD INVALID_SET_FILE_POINTER = 0xFFFFFFFF;
+
+/// Opens an existing file for reading; share modes have no counterpart here and are not enforced.
+HANDLE CreateFileW(LPCWSTR pPath, DWORD access, DWORD shareMode, void* pSecurity, DWORD disposition, DWORD attributes,
+                   HANDLE templateFile);
+BOOL ReadFile(HANDLE file, LPVOID pBuffer, DWORD size, DWORD* pRead, void* pOverlapped);
+DWORD SetFilePointer(HANDLE file, LONG distance, LONG* pDistanceHigh, DWORD method);
+BOOL CloseHandle(HANDLE file);
+
+struct WIN32_FIND_DATAW
+{
+    DWORD dwFileAttributes;
+    WCHAR cFileName[MAX_PATH];
+};
+/// A wildcard pattern (* and ?) in the last part of the path; case is ignored; matches come sorted by name.
+HANDLE FindFirstFileW(LPCWSTR pPattern, WIN32_FIND_DATAW* pData);
+BOOL FindNextFileW(HANDLE find, WIN32_FIND_DATAW* pData);
+BOOL FindClose(HANDLE find);
+
+/// Only for null, the process's executable.
+HMODULE GetModuleHandleW(LPCWSTR pName);
+/// Only for the executable. Returns the units copied; a longer path is cut to size - 1 units and the result is size.
+DWORD GetModuleFileNameW(HMODULE module, LPWSTR pBuffer, DWORD size);
+
+constexpr UINT CP_ACP = 0; ///< Windows-1252 here
+constexpr UINT CP_UTF8 = 65001;
+/// CP_ACP, CP_UTF8 or a Windows code page of one byte a character. length -1: up to and with the NUL.
+/// Ill-formed UTF-8 gives one U+FFFD for each maximal ill-formed part. size 0: only counts. 0 on failure.
+int MultiByteToWideChar(UINT codePage, DWORD flags, const char* pBytes, int length, LPWSTR pText, int size);
+/// CP_ACP or CP_UTF8. A lone surrogate becomes EF BF BD in UTF-8; a unit outside the code page becomes '?'.
+int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR pText, int length, char* pBytes, int size,
+                        const char* pDefaultChar, BOOL* pUsedDefaultChar);
+
+/// Lower case by the rules of Unicode, in place, unit by unit, independent of the user's locale.
+LPWSTR CharLowerW(LPWSTR pText);

@@ -1,0 +1,23 @@
+#pragma once
+/// Windows and runtime calls: the real headers on Windows, the stand-in elsewhere. Only wide functions are used.
+#ifdef _WIN32
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#include <windows.h>
+
+#include <comdef.h>
+#include <commctrl.h>
+
+#include <cwchar>
+#else
+#include "platform/win32/native/comdef.h"
+#include "platform/win32/native/kernel.h"
+#include "platform/win32/native/resources.h"
+#include "platform/win32/native/runtime.h"
+#include "platform/win32/native/types.h"
+#include "platform/win32/native/user.h"
+#endif
