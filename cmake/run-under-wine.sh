@@ -3,7 +3,7 @@
 # where WINE_DESKTOP asks for one (captions and borders need it). The prefix is made on first use.
 # usage: run-under-wine.sh PROGRAM [ARGUMENT...]
 set -u
-prefix=${VELTRANO_WINEPREFIX:-${XDG_CACHE_HOME:-$HOME/.cache}/veltrano-wine}
+prefix=${VELTRANO_WINEPREFIX:-$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build/wineprefix}
 export WINEPREFIX=$prefix WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES=mscoree,mshtml=
 
 if [ ! -e "$prefix/system.reg" ]; then

@@ -15,6 +15,7 @@
 #include <cwchar>
 #else
 #include "platform/win32/native/comdef.h"
+#include "platform/win32/native/fileops.h"
 #include "platform/win32/native/kernel.h"
 #include "platform/win32/native/resources.h"
 #include "platform/win32/native/runtime.h"

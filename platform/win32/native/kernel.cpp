@@ -62,12 +62,12 @@ HANDLE HandleOf(int descriptor)
 {
     return reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(descriptor) + 1);
 }
+} // namespace
 
 int DescriptorOf(HANDLE file)
 {
     return static_cast<int>(reinterpret_cast<LONG_PTR>(file) - 1);
 }
-} // namespace
 
 std::string NativePath(const WCHAR* pPath)
 {
@@ -138,9 +138,10 @@ HLOCAL LocalFree(HLOCAL block)
 
 HANDLE CreateFileW(LPCWSTR pPath, DWORD access, DWORD, void*, DWORD disposition, DWORD, HANDLE)
 {
-    if (access != GENERIC_READ || disposition != OPEN_EXISTING)
+    if (disposition != OPEN_EXISTING && disposition != OPEN_ALWAYS)
         return FailedHandle(ERROR_INVALID_PARAMETER);
-    const int descriptor = open(NativePath(pPath).c_str(), O_RDONLY | O_CLOEXEC);
+    const int flags = ((access & GENERIC_WRITE) != 0 ? O_RDWR : O_RDONLY) | (disposition == OPEN_ALWAYS ? O_CREAT : 0);
+    const int descriptor = open(NativePath(pPath).c_str(), flags | O_CLOEXEC, 0666);
     if (descriptor < 0)
         return FailedHandle(WindowsError(errno));
     struct stat status;

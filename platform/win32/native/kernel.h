@@ -15,6 +15,7 @@ constexpr DWORD ERROR_NOT_ENOUGH_MEMORY = 8;
 constexpr DWORD ERROR_NO_MORE_FILES = 18;
 constexpr DWORD ERROR_READ_FAULT = 30;
 constexpr DWORD ERROR_SHARING_VIOLATION = 32;
+constexpr DWORD ERROR_LOCK_VIOLATION = 33;
 constexpr DWORD ERROR_INVALID_PARAMETER = 87;
 constexpr DWORD ERROR_INSUFFICIENT_BUFFER = 122;
 constexpr DWORD ERROR_INVALID_NAME = 123;
@@ -35,14 +36,16 @@ HLOCAL LocalFree(HLOCAL block);
 
 const HANDLE INVALID_HANDLE_VALUE = reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(-1));
 constexpr DWORD GENERIC_READ = 0x80000000;
+constexpr DWORD GENERIC_WRITE = 0x40000000;
 constexpr DWORD FILE_SHARE_READ = 1;
 constexpr DWORD OPEN_EXISTING = 3;
+constexpr DWORD OPEN_ALWAYS = 4;
 constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
 constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
 constexpr DWORD FILE_BEGIN = 0;
 constexpr DWORD INVALID_SET_FILE_POINTER = 0xFFFFFFFF;
 
-/// Opens an existing file for reading; share modes have no counterpart here and are not enforced.
+/// Opens a file for reading, or for both ways; share modes have no counterpart here and are not enforced.
 HANDLE CreateFileW(LPCWSTR pPath, DWORD access, DWORD shareMode, void* pSecurity, DWORD disposition, DWORD attributes,
                    HANDLE templateFile);
 BOOL ReadFile(HANDLE file, LPVOID pBuffer, DWORD size, DWORD* pRead, void* pOverlapped);

@@ -10,3 +10,5 @@ std::string NativePath(const WCHAR* pPath);
 WString WindowsPath(const std::string& path);
 /// The Windows error code for an errno value.
 DWORD WindowsError(int error);
+/// The file descriptor behind a handle of CreateFileW.
+int DescriptorOf(HANDLE file);
