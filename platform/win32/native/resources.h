@@ -2,6 +2,26 @@
 /// Resources of the binaries of this process, read from their compiled form (.res), and the calls that find them.
 #include "platform/win32/native/types.h"
 
+#include <vector>
+
+using HRSRC = struct HRSRC__*;
+using HGLOBAL = void*;
+
+#define IS_INTRESOURCE(name) ((reinterpret_cast<ULONG_PTR>(name) >> 16) == 0)
+#define RT_DIALOG MAKEINTRESOURCEW(5)
+#define RT_STRING MAKEINTRESOURCEW(6)
+#define RT_RCDATA MAKEINTRESOURCEW(10)
+#define RT_VERSION MAKEINTRESOURCEW(16)
+#define RT_MANIFEST MAKEINTRESOURCEW(24)
+
+#define MAKELANGID(primary, sub) (static_cast<WORD>(static_cast<WORD>(sub) << 10 | static_cast<WORD>(primary)))
+#define PRIMARYLANGID(language) (static_cast<WORD>((language)&0x3FF))
+constexpr WORD LANG_NEUTRAL = 0x00;
+constexpr WORD LANG_ENGLISH = 0x09;
+constexpr WORD SUBLANG_NEUTRAL = 0;
+constexpr WORD SUBLANG_ENGLISH_US = 1;
+constexpr WORD SUBLANG_ENGLISH_UK = 2;
+
 /// Only its address counts: it names the binary that it is linked into, as on Windows.
 struct IMAGE_DOS_HEADER
 {
@@ -9,7 +29,27 @@ struct IMAGE_DOS_HEADER
 };
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
-/// Makes the resources of one binary known for as long as the object lives. The bytes are borrowed.
+/// A resource's type or name: a number, or a text where the number is 0.
+struct CResourceName
+{
+    WORD number = 0;
+    WString text;
+    bool operator==(const CResourceName&) const = default;
+};
+
+/// One entry of a .res file. The bytes are those of the file.
+struct CResource
+{
+    CResourceName type;
+    CResourceName name;
+    WORD language = 0;
+    const BYTE* pBytes = nullptr;
+    DWORD size = 0; // bytes
+};
+
+/// Makes the resources of one binary known for as long as the object lives. The bytes are borrowed and start at a
+/// multiple of 4, as the entries do inside. Reading stops at the first damaged entry; those before it are kept.
+/// Binaries come and go while nobody looks for a resource.
 class CModuleResources
 {
 public:
@@ -18,6 +58,29 @@ public:
     CModuleResources(const CModuleResources&) = delete;
     CModuleResources& operator=(const CModuleResources&) = delete;
 
+    HINSTANCE GetModule() const { return m_module; }
+    const std::vector<CResource>& GetResources() const { return m_resources; }
+
 private:
     HINSTANCE m_module;
+    std::vector<CResource> m_resources;
 };
+
+/// Type and name: a text, whose case does not count, or MAKEINTRESOURCEW of a number. module: the address of its
+/// __ImageBase; null finds nothing. Language 0 takes any language, English (United States) first, then the lowest
+/// number; otherwise the language itself, its neutral form or the neutral language are taken.
+/// Null where there is none, with ERROR_RESOURCE_DATA_NOT_FOUND (the module has no resources),
+/// ERROR_RESOURCE_TYPE_NOT_FOUND, ERROR_RESOURCE_NAME_NOT_FOUND or ERROR_RESOURCE_LANG_NOT_FOUND.
+HRSRC FindResourceExW(HMODULE module, LPCWSTR pType, LPCWSTR pName, WORD language);
+/// FindResourceExW in language 0. The two arguments stand in the other order here, as on Windows.
+HRSRC FindResourceW(HMODULE module, LPCWSTR pName, LPCWSTR pType);
+/// The resource's bytes, which stay the module's; null for a null resource.
+HGLOBAL LoadResource(HMODULE module, HRSRC resource);
+LPVOID LockResource(HGLOBAL data);
+/// In bytes; 0 for a null resource.
+DWORD SizeofResource(HMODULE module, HRSRC resource);
+
+/// Copies a text of the string table, cut to size - 1 WCHARs, and returns its units without the NUL; 0 if it has none,
+/// and then the buffer is left alone if the whole block of 16 texts is missing.
+/// size 0: pBuffer is an LPWSTR*, which is set to the text in the resource itself; that has no NUL.
+int LoadStringW(HINSTANCE module, UINT id, LPWSTR pBuffer, int size);
