@@ -14,8 +14,10 @@ set(VELTRANO_MODULE_SOURCES
     uistrings/TextFile.cpp
     uistrings/TextFileReader.cpp
     uistrings/UIStrings.cpp
+    xml/XmlAttributes.cpp
     xml/XmlDocument.cpp
     xml/XmlFile.cpp
     xml/XmlNavigation.cpp
     xml/XmlParser.cpp
+    xml/XmlScanner.cpp
 )

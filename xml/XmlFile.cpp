@@ -1,0 +1,116 @@
+#include "xml/XmlFile.h"
+
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+namespace
+{
+struct FileCloser
+{
+    void operator()(FILE* pFile) const { std::fclose(pFile); }
+};
+using File = std::unique_ptr<FILE, FileCloser>;
+
+/// Text is narrow or wide.
+template <typename Text>
+void Report(CString* pResult, Text pText)
+{
+    if (pResult != nullptr)
+        *pResult = pText;
+}
+
+/// False, with errno, when the file has no end to go to.
+bool MeasureFile(FILE* pFile, long long& size)
+{
+    if (std::fseek(pFile, 0, SEEK_END) != 0)
+        return false;
+    size = ::_ftelli64(pFile);
+    return size >= 0 && std::fseek(pFile, 0, SEEK_SET) == 0;
+}
+
+/// False: not all of the bytes could be had.
+bool ReadBytes(FILE* pFile, char* pBytes, int size, CString* pResult)
+{
+    if (std::fread(pBytes, static_cast<size_t>(size), 1, pFile) == 1)
+        return true;
+    if (std::ferror(pFile) != 0)
+        Report(pResult, std::strerror(errno));
+    else
+        Report(pResult, TEXT("File ended before its size was read"));
+    return false;
+}
+} // namespace
+
+bool ReadTextFile(const WCHAR* pPath, CString& text, CString* pResult)
+{
+    const File pFile(::_wfopen(pPath, TEXT("rb")));
+    if (!pFile)
+    {
+        Report(pResult, std::strerror(errno));
+        return false;
+    }
+    text.Empty();
+    long long fileSize = 0;
+    if (!MeasureFile(pFile.get(), fileSize))
+    {
+        Report(pResult, std::strerror(errno));
+        return false;
+    }
+    if (fileSize > INT_MAX)
+    {
+        Report(pResult, TEXT("File of 2147483648 bytes or more"));
+        return false;
+    }
+
+    const int size = static_cast<int>(fileSize);
+    int units = 0;
+    if (size != 0)
+    {
+        const auto pBytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(size));
+        if (!ReadBytes(pFile.get(), pBytes.get(), size, pResult))
+            return false;
+        units = ::MultiByteToWideChar(CP_UTF8, 0, pBytes.get(), size, nullptr, 0);
+        ::MultiByteToWideChar(CP_UTF8, 0, pBytes.get(), size, text.GetBuffer(units), units);
+        text.ReleaseBufferSetLength(units);
+    }
+    if (pResult != nullptr)
+        pResult->Format(TEXT("%s%d bytes to %d wide chars"), TEXT(""), size, units);
+    return true;
+}
+
+bool WriteTextFile(const WCHAR* pPath, const CString& text, CString* pResult)
+{
+    const int length = text.GetLength();
+    const int size = length == 0 ? 0 : ::WideCharToMultiByte(CP_UTF8, 0, text, length, nullptr, 0, nullptr, nullptr);
+    // Every unit needs a byte at least. A lower count is one that went past 31 bits.
+    if (size < length)
+    {
+        Report(pResult, TEXT("Text of 2147483648 bytes or more"));
+        return false;
+    }
+
+    const File pFile(::_wfopen(pPath, TEXT("wb")));
+    if (!pFile)
+    {
+        Report(pResult, std::strerror(errno));
+        return false;
+    }
+    // Unbuffered, so that a full disk shows in fwrite and not only when the file closes.
+    std::setvbuf(pFile.get(), nullptr, _IONBF, 0);
+    if (size != 0)
+    {
+        const auto pBytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(size));
+        ::WideCharToMultiByte(CP_UTF8, 0, text, length, pBytes.get(), size, nullptr, nullptr);
+        if (std::fwrite(pBytes.get(), static_cast<size_t>(size), 1, pFile.get()) != 1)
+        {
+            Report(pResult, std::strerror(errno));
+            return false;
+        }
+    }
+    if (pResult != nullptr)
+        pResult->Format(TEXT("%d wide chars to %s%d bytes"), length, TEXT(""), size);
+    return true;
+}

@@ -1,0 +1,61 @@
+#include "xml/XmlDocument.h"
+
+bool CXmlDocument::FindElement(const WCHAR* pName)
+{
+    const int found = FindSibling(m_parentPos, m_currentPos, pName);
+    if (found == 0)
+        return false;
+    m_parentPos = At(found).parent;
+    m_currentPos = found;
+    m_nodeType = NodeElement;
+    return true;
+}
+
+int CXmlDocument::FindSibling(int parent, int current, const WCHAR* pName) const
+{
+    const int from = current != 0 ? current : parent;
+    if (!IsInUse(from))
+        return 0;
+    int candidate = current != 0 ? At(from).nextSibling : At(from).firstChild;
+    if (pName == nullptr || *pName == 0)
+        return candidate;
+    while (candidate != 0 && !HasName(candidate, pName))
+        candidate = At(candidate).nextSibling;
+    return candidate;
+}
+
+// The name ends at more units here than where the parser ends it for the end tag: "<a=b>" is found as a.
+bool CXmlDocument::HasName(int index, const WCHAR* pName) const
+{
+    const WCHAR* pToken = m_text.GetString() + At(index).start + 1;
+    while (IsXmlSpace(*pToken))
+        ++pToken;
+    int length = 0;
+    while (pToken[length] != 0 && wcschr(TEXT(" \t\n\r<>=\\/?!"), pToken[length]) == nullptr)
+        ++length;
+    return NameMatches(pToken, length, pName);
+}
+
+void CXmlDocument::EnterElement()
+{
+    if (m_currentPos == 0 || m_nodeType != NodeElement)
+        return;
+    m_parentPos = m_currentPos;
+    m_currentPos = 0;
+    m_nodeType = 0;
+}
+
+CString CXmlDocument::GetAttribute(const WCHAR* pName) const
+{
+    return GetAttributeAt(m_currentPos, pName);
+}
+
+CString CXmlDocument::GetAttributeAt(int position, const WCHAR* pName) const
+{
+    if (position == 0 || !IsInUse(position) || m_nodeType != NodeElement || pName == nullptr)
+        return CString();
+    XmlScanner scanner{.next = At(position).start + 1, .text = m_text.GetString()};
+    if (!ScanAttribute(scanner, pName))
+        return CString();
+    return DecodeEntities(scanner.text + scanner.first, scanner.last - scanner.first + 1);
+}

@@ -242,3 +242,8 @@ FILE* _wfopen(const WCHAR* pPath, const WCHAR* pMode)
     const std::u16string_view mode = pMode;
     return std::fopen(path.c_str(), std::string(mode.begin(), mode.end()).c_str());
 }
+
+long long _ftelli64(FILE* pFile)
+{
+    return ftello(pFile);
+}

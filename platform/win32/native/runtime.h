@@ -34,3 +34,5 @@ int _vscwprintf(const WCHAR* pFormat, va_list arguments);
 
 /// fopen by a wide path: '\\' separates folders as '/' does. A folder is refused with EACCES, as on Windows.
 FILE* _wfopen(const WCHAR* pPath, const WCHAR* pMode);
+/// The position in a file, with 64 bits: ftell has 32 on Windows.
+long long _ftelli64(FILE* pFile);

@@ -1,0 +1,164 @@
+#include "xml/XmlScanner.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace
+{
+bool IsOneOf(WCHAR unit, const WCHAR* pSet)
+{
+    return wcschr(pSet, unit) != nullptr; // the set's NUL counts: every run ends with the text
+}
+
+/// Reads the token at next. False at the end of the text, which leaves first and last as they were.
+/// afterEqual: an unquoted token is a value, which may hold what ends a name.
+bool ReadToken(XmlScanner& scanner, bool afterEqual)
+{
+    const WCHAR* pText = scanner.text;
+    while (IsXmlSpace(pText[scanner.next]))
+        ++scanner.next;
+    const WCHAR unit = pText[scanner.next];
+    if (unit == 0)
+        return false;
+
+    int end = scanner.next;
+    if (unit == TEXT('"') || unit == TEXT('\''))
+    {
+        scanner.flags |= QuotedTokenFlag;
+        scanner.first = ++end;
+        while (pText[end] != 0 && pText[end] != unit)
+            ++end;
+        scanner.last = end - 1;
+        scanner.next = pText[end] == 0 ? end : end + 1;
+        return true;
+    }
+    scanner.flags &= ~QuotedTokenFlag;
+    scanner.first = end;
+    const WCHAR* pDelimiters = afterEqual ? TEXT(" \t\n\r>") : TEXT("= \t\n\r>/?");
+    while (!IsOneOf(pText[end], pDelimiters))
+        ++end;
+    scanner.last = std::max(end - 1, scanner.first); // a delimiter is a token of its own
+    scanner.next = scanner.last + 1;
+    return true;
+}
+
+/// Makes the matched name, which ends at matchEnd, the token.
+bool TakeNameAsValue(XmlScanner& scanner, int matchEnd)
+{
+    scanner.first = scanner.savedStart + scanner.savedGap;
+    scanner.last = matchEnd;
+    scanner.next = matchEnd + 1;
+    return true;
+}
+} // namespace
+
+// Nothing but a token that starts with >, / or ? bounds the scan. Behind a = such a unit is a value, so the scan
+// of a damaged tag can run on into what follows it.
+bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName)
+{
+    int matchEnd = 0; // 0: no match yet; a tag's < stands at 0 or behind it, so no name ends there
+    bool tagNameSeen = false;
+    bool afterEqual = false;
+    for (;;)
+    {
+        const int before = scanner.next;
+        if (!ReadToken(scanner, afterEqual))
+            break;
+        const bool isValue = std::exchange(afterEqual, false);
+        const bool isQuoted = (scanner.flags & QuotedTokenFlag) != 0;
+        if (isValue || isQuoted)
+        {
+            if (matchEnd == 0)
+                continue;
+            return isValue || TakeNameAsValue(scanner, matchEnd);
+        }
+
+        const WCHAR unit = scanner.text[scanner.first];
+        if (unit == TEXT('='))
+        {
+            afterEqual = true;
+            continue;
+        }
+        if (unit == TEXT('>') || unit == TEXT('/') || unit == TEXT('?'))
+        {
+            scanner.next = before;
+            break;
+        }
+        if (matchEnd != 0)
+            return TakeNameAsValue(scanner, matchEnd);
+        if (tagNameSeen && NameMatches(scanner.text + scanner.first, scanner.last - scanner.first + 1, pName))
+        {
+            scanner.savedStart = before;
+            scanner.savedGap = scanner.first - before;
+            matchEnd = scanner.last;
+        }
+        tagNameSeen = true;
+    }
+    if (matchEnd == 0)
+        return false;
+    return afterEqual || TakeNameAsValue(scanner, matchEnd); // a text that ends behind the = leaves that as value
+}
+
+namespace
+{
+/// A reference and what it stands for; length 0: what stands there is none.
+struct Reference
+{
+    int length; ///< from the & through the ;
+    WCHAR unit;
+};
+
+/// pReference: at the &, with room units from there to the end of the value.
+Reference ReadNamedReference(const WCHAR* pReference, int room)
+{
+    static constexpr struct
+    {
+        const WCHAR* pText;
+        int length;
+        WCHAR unit;
+    } s_entities[] = {{TEXT("lt;"), 3, TEXT('<')},
+                      {TEXT("amp;"), 4, TEXT('&')},
+                      {TEXT("gt;"), 3, TEXT('>')},
+                      {TEXT("apos;"), 5, TEXT('\'')},
+                      {TEXT("quot;"), 5, TEXT('"')}};
+    for (const auto& entity : s_entities)
+        if (entity.length < room && wcsncmp(pReference + 1, entity.pText, static_cast<size_t>(entity.length)) == 0)
+            return {entity.length + 1, entity.unit};
+    return {0, 0};
+}
+
+/// pReference: at the & of "&#". At most seven units stand before the ;. They are read as the runtime reads a number:
+/// with white space, a sign and, in base 16, a prefix before it and whatever behind it.
+Reference ReadNumericReference(const WCHAR* pReference)
+{
+    const bool isHex = pReference[2] == TEXT('x');
+    const WCHAR* pNumber = pReference + (isHex ? 3 : 2);
+    const WCHAR* pEnd = pNumber;
+    while (*pEnd != 0 && *pEnd != TEXT(';') && pEnd < pNumber + 7)
+        ++pEnd;
+    if (*pEnd != TEXT(';'))
+        return {0, 0};
+    const long value = wcstol(pNumber, nullptr, isHex ? 16 : 10);
+    if (value == 0)
+        return {0, 0};
+    return {static_cast<int>(pEnd + 1 - pReference), static_cast<WCHAR>(value & 0xFFFF)};
+}
+} // namespace
+
+CString DecodeEntities(const WCHAR* pSource, int length)
+{
+    CString decoded;
+    WCHAR* pBuffer = decoded.GetBuffer(length);
+    int count = 0;
+    for (int i = 0; i < length;)
+    {
+        Reference reference{0, 0};
+        if (pSource[i] == TEXT('&'))
+            reference = pSource[i + 1] == TEXT('#') ? ReadNumericReference(pSource + i)
+                                                    : ReadNamedReference(pSource + i, length - i);
+        pBuffer[count++] = reference.length == 0 ? pSource[i] : reference.unit;
+        i += std::max(reference.length, 1);
+    }
+    decoded.ReleaseBufferSetLength(count);
+    return decoded;
+}
