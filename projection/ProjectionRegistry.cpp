@@ -1,0 +1,71 @@
+#include "projection/ProjectionRegistry.h"
+
+#include "projection/Base64.h"
+#include "xml/XmlDocument.h"
+
+#include <boost/make_shared.hpp>
+#include <utility>
+
+namespace
+{
+/// White space, a sign and the digits behind it; 0 without digits. Out-of-range numbers become the nearest int.
+int NumberOf(const CString& text)
+{
+    // Runtimes differ in what they take for white space and digits beyond ASCII: only what they all read alike gets
+    // there. A number ends at any other unit anyway.
+    int length = 0;
+    while (length < text.GetLength() && wcschr(TEXT(" \t\n\v\f\r+-0123456789"), text.GetAt(length)) != nullptr)
+        ++length;
+    return _wtoi(text.Left(length));
+}
+} // namespace
+
+CString CProjectionDefinition::GetXML()
+{
+    CString element;
+    element.Format(TEXT("<projectionDefinition name=\"%s\" showInLS=\"%d\" showInCS=\"%d\" showInEditor=\"%d\" ")
+                       TEXT("layerName=\"%s\" entityId=\"%s\" isActive=\"%d\" />"),
+                   EncodeTextValue(m_name).GetString(), m_showInLS, m_showInCS, m_showInEditor,
+                   EncodeTextValue(m_layerName).GetString(), EncodeTextValue(m_entityId).GetString(), m_isActive);
+    return element;
+}
+
+CString CProjectionRegistry::GetConfigurationId()
+{
+    return TEXT("PRJ_REGISTRY");
+}
+
+CString CProjectionRegistry::GetXML()
+{
+    WStringStream stream;
+    stream.exceptions(std::ios_base::badbit); // else an allocation that fails would only shorten the text
+    stream << TEXT("<projectionRegistry>");
+    for (const auto& pDefinition : m_definitions)
+        stream << pDefinition->GetXML().GetString();
+    stream << TEXT("</projectionRegistry>");
+    return stream.str().c_str();
+}
+
+int CProjectionRegistry::ParseXML(const WCHAR* pXml)
+{
+    // Empty from here on, but released at the end: the text may stand in one of them.
+    const auto earlierDefinitions = std::exchange(m_definitions, {});
+    CXmlDocument document;
+    document.SetText(pXml); // a fault in the text is no reason to leave out what can be read
+    if (!document.FindElement(TEXT("projectionRegistry")))
+        return 0;
+    document.EnterElement();
+    while (document.FindElement(TEXT("projectionDefinition")))
+    {
+        const auto pDefinition = boost::make_shared<CProjectionDefinition>();
+        pDefinition->m_name = DecodeTextValue(document.GetAttribute(TEXT("name")));
+        pDefinition->m_showInLS = NumberOf(document.GetAttribute(TEXT("showInLS")));
+        pDefinition->m_showInCS = NumberOf(document.GetAttribute(TEXT("showInCS")));
+        pDefinition->m_showInEditor = NumberOf(document.GetAttribute(TEXT("showInEditor")));
+        pDefinition->m_layerName = DecodeTextValue(document.GetAttribute(TEXT("layerName")));
+        pDefinition->m_entityId = DecodeTextValue(document.GetAttribute(TEXT("entityId")));
+        pDefinition->m_isActive = NumberOf(document.GetAttribute(TEXT("isActive")));
+        m_definitions.push_back(pDefinition);
+    }
+    return 1;
+}
