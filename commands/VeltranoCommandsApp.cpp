@@ -1,0 +1,10 @@
+#include "commands/VeltranoCommandsApp.h"
+
+BEGIN_MESSAGE_MAP(CVeltranoCommandsApp, CWinApp)
+END_MESSAGE_MAP()
+
+BOOL CVeltranoCommandsApp::InitInstance()
+{
+    CWinApp::InitInstance();
+    return TRUE;
+}

@@ -1,0 +1,3 @@
+#include "platform/mfc/afxcmn.h"
+
+IMPLEMENT_DYNAMIC(CListCtrl, CWnd)
