@@ -13,7 +13,7 @@ function(add_windows_resources target rc)
     file(GLOB neighbours CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/*)
     add_custom_command(OUTPUT ${res}
         COMMAND ${VELTRANO_WINDRES} -I ${PROJECT_SOURCE_DIR} -O res -i ${CMAKE_CURRENT_SOURCE_DIR}/${rc} -o ${res}
-        DEPENDS ${neighbours} VERBATIM)
+        DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${rc} ${neighbours} VERBATIM)
     set(source ${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp)
     set(VELTRANO_RES_FILE ${res})
     configure_file(${VELTRANO_WINDOWS_RESOURCES_DIR}/embedded-resources.cpp.in ${source} @ONLY)
