@@ -50,7 +50,7 @@ private:
 };
 
 using AFX_PMSG = void (CCmdTarget::*)();
-using AFX_PMSG_NOTIFY = void (CCmdTarget::*)(struct tagNMHDR*, LRESULT*);
+using AFX_PMSG_NOTIFY = void (CCmdTarget::*)(NMHDR*, LRESULT*);
 
 /// How the handler of an entry is called.
 enum AfxSig
@@ -100,15 +100,13 @@ protected:                                                                      
         using TheBaseClass = base_class_name;                                                                          \
         static const AFX_MSGMAP_ENTRY s_entries[] = {
 
+// clang-format off
 #define END_MESSAGE_MAP()                                                                                              \
-    {                                                                                                                  \
-        0, 0, 0, 0, AfxSig_end, AFX_PMSG()                                                                             \
-    }                                                                                                                  \
-    }                                                                                                                  \
-    ;                                                                                                                  \
-    static const AFX_MSGMAP s_messageMap = {&TheBaseClass::GetThisMessageMap, s_entries};                              \
-    return &s_messageMap;                                                                                              \
+        {0, 0, 0, 0, AfxSig_end, AFX_PMSG()}};                                                                         \
+        static const AFX_MSGMAP s_messageMap = {&TheBaseClass::GetThisMessageMap, s_entries};                          \
+        return &s_messageMap;                                                                                          \
     }
+// clang-format on
 
 #define ON_CONTROL(code, id, handler)                                                                                  \
     {WM_COMMAND, static_cast<WORD>(code), id, id, AfxSigCmd_v, static_cast<AFX_PMSG>(handler)},
@@ -127,7 +125,7 @@ class CCmdTarget : public CObject
 protected:
     /// Calls the handler for a WM_COMMAND or WM_NOTIFY of a control. pNotify and pResult are for the latter's handler.
     /// FALSE if no entry fits. The object may be gone afterwards, if the handler deleted it.
-    BOOL DispatchControlMessage(UINT message, UINT code, UINT id, struct tagNMHDR* pNotify, LRESULT* pResult);
+    BOOL DispatchControlMessage(UINT message, UINT code, UINT id, NMHDR* pNotify, LRESULT* pResult);
 
     static const AFX_MSGMAP* GetThisMessageMap();
     virtual const AFX_MSGMAP* GetMessageMap() const;
