@@ -11,6 +11,7 @@ set(VELTRANO_MODULE_SOURCES
     projection/Cmd_DefineProjectionEntities.cpp
     projection/DlgDefineProjections.cpp
     projection/ProjectionRegistry.cpp
+    projection/TrialGeometry.cpp
     uistrings/TextFile.cpp
     uistrings/TextFileReader.cpp
     uistrings/UIStrings.cpp

@@ -1,0 +1,60 @@
+#include "platform/host/CoordinateInput.h"
+#include "platform/host/HostState.h"
+#include "platform/host/InteractorMessage.h"
+
+namespace
+{
+constexpr int StartInputFunctionMessage = 21;
+} // namespace
+
+namespace Allplan::IFW
+{
+Framework::BaseEnum::BaseEnum(int value) : m_value(value)
+{
+}
+Framework::BaseEnum::BaseEnum(const BaseEnum& other) = default;
+Framework::BaseEnum& Framework::BaseEnum::operator=(const BaseEnum& other) = default;
+
+Framework::BaseMessageFunction::BaseMessageFunction()
+{
+    ++s_liveInputFunctions;
+}
+
+Framework::BaseMessageFunction::~BaseMessageFunction()
+{
+    --s_liveInputFunctions;
+}
+
+Input::BaseInputMode::BaseInputMode() : BaseInputMode(eInputMode(1), eInputMode(2))
+{
+}
+
+Input::BaseInputMode::BaseInputMode(eInputMode firstMessage, eInputMode laterMessages)
+    : eInputModeFirstMessage(firstMessage), eInputModeLaterMessages(laterMessages)
+{
+}
+
+void Input::BaseInputMode::SetInputMode(eInputMode mode)
+{
+    GetHostState().m_record.inputModes.push_back({this, mode.m_value});
+    EnterHostCall(eHostCall::SetInputMode);
+}
+
+bool Framework::SendInteractorMessage(eInteractorMessage message, __int64 value)
+{
+    CHostState& state = GetHostState();
+    state.m_record.messages.push_back({message, value});
+    const bool isStart = message == StartInputFunctionMessage;
+    if (isStart) // owned before anything can fail
+        state.m_pInputFunction.reset(reinterpret_cast<CObjectSelectGeneral*>(value));
+    EnterHostCall(eHostCall::SendInteractorMessage);
+    return isStart;
+}
+} // namespace Allplan::IFW
+
+CObjectSelectGeneral::CObjectSelectGeneral(const CString& prompt, eObjectSelectType type, bool first, bool second)
+    : m_prompt(prompt)
+{
+    GetHostState().m_record.selections.push_back({prompt.GetString(), type, first, second});
+    EnterHostCall(eHostCall::CreateObjectSelect);
+}

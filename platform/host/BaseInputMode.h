@@ -1,0 +1,25 @@
+#pragma once
+#include "platform/host/BaseEnum.h"
+
+/// A mode of the host's input, passed by value.
+class eInputMode : public Allplan::IFW::Framework::BaseEnum
+{
+public:
+    using BaseEnum::BaseEnum;
+};
+
+namespace Allplan::IFW::Input
+{
+/// The part of an input object that knows its modes. Stand-in: two modes, and setting one is only recorded.
+class HOST_API BaseInputMode
+{
+public:
+    BaseInputMode();
+    BaseInputMode(eInputMode firstMessage, eInputMode laterMessages);
+
+    void SetInputMode(eInputMode mode);
+
+    const eInputMode eInputModeFirstMessage;
+    const eInputMode eInputModeLaterMessages;
+};
+} // namespace Allplan::IFW::Input

@@ -1,0 +1,34 @@
+#pragma once
+#include "platform/host/NOI_BaseRefCount.h"
+#include "platform/host/NOI_SmartPtr.h"
+
+class HOST_API CNOI_GeoPoint2D : public CNOI_BaseRefCount
+{
+public:
+    static WString GetStaticClassName();
+
+    void Set(double x, double y);
+
+    double m_x = 0;
+    double m_y = 0;
+};
+
+/// What a database object can have as its shape.
+class HOST_API CNOI_Geometry : public CNOI_BaseRefCount
+{
+};
+
+class HOST_API CNOI_GeoLine2D : public CNOI_Geometry
+{
+public:
+    static WString GetStaticClassName();
+    /// A line that belongs to no object yet, from (0, 0) to (0, 0).
+    static CNOI_SmartPtr<CNOI_GeoLine2D> CreateObj();
+
+    /// The line's own points: what is set through them changes the line.
+    CNOI_SmartPtr<CNOI_GeoPoint2D> GetStartPoint();
+    CNOI_SmartPtr<CNOI_GeoPoint2D> GetEndPoint();
+
+    const CNOI_SmartPtr<CNOI_GeoPoint2D> m_pStart{new CNOI_GeoPoint2D};
+    const CNOI_SmartPtr<CNOI_GeoPoint2D> m_pEnd{new CNOI_GeoPoint2D};
+};

@@ -1,0 +1,5 @@
+#pragma once
+#include "platform/mfc/afxwin.h"
+class CDlgDefineProjections : public CDialog
+{
+};

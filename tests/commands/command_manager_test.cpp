@@ -1,0 +1,221 @@
+#include "commands/CommandManager.h"
+
+#include "platform/host/CoordinateInput.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+
+#include <functional>
+
+namespace
+{
+const WCHAR* const BuiltIn = TEXT("CMD_DEFINE_PROJ_ENTITIES");
+const std::vector<std::string> nothing;
+
+/// Writes down what is called on it, with the state of the manager inside the call.
+class CTestCommand final : public VLT::ICommand
+{
+public:
+    explicit CTestCommand(const WCHAR* pId) : m_id(pId) { ++s_alive; }
+    CTestCommand(const CTestCommand&) = delete;
+    CTestCommand& operator=(const CTestCommand&) = delete;
+    ~CTestCommand() { --s_alive; }
+
+    WString GetId() override
+    {
+        Note("GetId");
+        return m_id;
+    }
+    void Run(CCoordinateInput* pInput) override { Note("Run", pInput); }
+    void ProcessMouseMsg(int message, const CStdPoint2D& point, strAddMsgInfo* pInfo, CCoordinateInput* pInput) override
+    {
+        Note("ProcessMouseMsg " + std::to_string(message), pInput);
+        m_pPoint = &point;
+        m_pInfo = pInfo;
+    }
+    void Complete(CCoordinateInput* pInput) override { Note("Complete", pInput); }
+    int RequiresProcessMouseMsg() override
+    {
+        Note("Requires");
+        return 17;
+    }
+
+    std::vector<std::string> TakeCalls() { return std::exchange(m_calls, {}); }
+
+    WString m_id;
+    std::vector<std::string> m_calls;
+    std::function<void()> m_inside; ///< called inside every operation
+    CCoordinateInput* m_pInput = nullptr;
+    const CStdPoint2D* m_pPoint = nullptr;
+    strAddMsgInfo* m_pInfo = nullptr;
+    static inline int s_alive = 0;
+
+private:
+    void Note(const std::string& call, CCoordinateInput* pInput = nullptr)
+    {
+        m_calls.push_back(call);
+        m_pInput = pInput;
+        if (m_inside)
+            m_inside();
+    }
+};
+
+using CTestCommandPtr = boost::shared_ptr<CTestCommand>;
+using Calls = std::vector<std::string>;
+
+class CommandManager : public testing::Test
+{
+protected:
+    CommandManager()
+    {
+        m_manager.RegisterCommand(m_pPipe);
+        m_manager.RegisterCommand(m_pWall);
+        m_pPipe->TakeCalls();
+        m_pWall->TakeCalls();
+    }
+    ~CommandManager() override { m_manager = *VLT::CCommandManager::Instance(); } // lets go of the test's commands
+
+    /// A copy of the process's manager. No outsider can destroy one, so all copies stay reachable to the end.
+    static VLT::CCommandManager& NewManager()
+    {
+        static auto& s_managers = *new std::vector<VLT::CCommandManager*>;
+        s_managers.push_back(new VLT::CCommandManager(*VLT::CCommandManager::Instance()));
+        return *s_managers.back();
+    }
+
+    CTestCommandPtr m_pPipe = boost::make_shared<CTestCommand>(TEXT("PIPE"));
+    CTestCommandPtr m_pWall = boost::make_shared<CTestCommand>(TEXT("WALL"));
+    VLT::CCommandManager& m_manager = NewManager();
+    CCoordinateInput m_input;
+};
+} // namespace
+
+TEST_F(CommandManager, KnowsTheBuiltInCommandFromTheStart)
+{
+    auto* pManager = VLT::CCommandManager::Instance();
+    EXPECT_EQ(pManager, VLT::CCommandManager::Instance());
+    EXPECT_EQ(pManager->IsNativeCommandAvailable(BuiltIn), 1);
+    EXPECT_EQ(pManager->RequiresProcessMouseMsg(BuiltIn), 1);
+    EXPECT_EQ(pManager->IsNativeCommandActive(), 0);
+    EXPECT_TRUE(pManager->GetCommandById(BuiltIn)->GetId() == BuiltIn);
+    EXPECT_EQ(pManager->IsNativeCommandAvailable(TEXT("PIPE")), 0); // registered in a copy alone
+}
+
+TEST_F(CommandManager, ComparesIdentifiersExactly)
+{
+    ASSERT_EQ(m_manager.RunCommand(TEXT("WALL"), &m_input), 1);
+    m_pWall->TakeCalls();
+    for (const WCHAR* pId : {TEXT("pipe"), TEXT("PIPE "), TEXT("PIP"), TEXT(""), static_cast<const WCHAR*>(nullptr)})
+    {
+        EXPECT_EQ(m_manager.IsNativeCommandAvailable(pId), 0);
+        EXPECT_EQ(m_manager.RequiresProcessMouseMsg(pId), 0);
+        EXPECT_FALSE(m_manager.GetCommandById(pId));
+        EXPECT_EQ(m_manager.RunCommand(pId, &m_input), 0);
+        EXPECT_EQ(m_manager.IsNativeCommandActive(), 1); // WALL goes on
+    }
+    m_manager.RegisterCommand(boost::make_shared<CTestCommand>(TEXT("")));
+    EXPECT_EQ(m_manager.IsNativeCommandAvailable(TEXT("")), 1);
+    EXPECT_EQ(m_pWall->TakeCalls(), nothing);
+}
+
+TEST_F(CommandManager, KeepsTheFirstOfTwoWithOneIdentifier)
+{
+    auto pSecond = boost::make_shared<CTestCommand>(TEXT("PIPE"));
+    m_manager.RegisterCommand(pSecond);
+    EXPECT_EQ(pSecond->TakeCalls(), Calls{"GetId"});
+    EXPECT_EQ(m_manager.GetCommandById(TEXT("PIPE")), m_pPipe);
+    EXPECT_EQ(pSecond.use_count(), 1);
+    m_manager.RegisterCommand({}); // passed over
+}
+
+TEST_F(CommandManager, RunsForwardsAndCompletes)
+{
+    Calls activeInside;
+    m_pPipe->m_inside = [&] { activeInside.push_back(m_manager.IsNativeCommandActive() ? "active" : "idle"); };
+    const CStdPoint2D point{1, 2};
+    strAddMsgInfo info;
+    m_manager.ProcessMouseMsg(513, point, &info, &m_input); // idle: nothing
+    m_manager.CompleteCommand(&m_input);
+    EXPECT_EQ(m_pPipe->TakeCalls(), nothing);
+
+    EXPECT_EQ(m_manager.RunCommand(TEXT("PIPE"), &m_input), 1);
+    EXPECT_EQ(m_pPipe->m_pInput, &m_input);
+    EXPECT_EQ(m_manager.RunCommand(TEXT("PIPE"), nullptr), 1); // again, without an end
+    EXPECT_EQ(m_pPipe->m_pInput, nullptr);
+    m_manager.ProcessMouseMsg(-1, point, &info, &m_input);
+    EXPECT_TRUE(m_pPipe->m_pPoint == &point && m_pPipe->m_pInfo == &info && m_pPipe->m_pInput == &m_input);
+    EXPECT_EQ(m_manager.RequiresProcessMouseMsg(TEXT("PIPE")), 17);
+    m_manager.CompleteCommand(&m_input);
+    EXPECT_EQ(m_pPipe->m_pInput, &m_input);
+    EXPECT_EQ(m_pPipe->TakeCalls(), (Calls{"Run", "Run", "ProcessMouseMsg -1", "Requires", "Complete"}));
+    EXPECT_EQ(activeInside, Calls(5, "active"));
+    EXPECT_EQ(m_manager.IsNativeCommandActive(), 0);
+    EXPECT_EQ(m_manager.IsNativeCommandAvailable(TEXT("PIPE")), 1);
+}
+
+TEST_F(CommandManager, LeavesTheOldCommandWithoutAWordWhenAnotherRuns)
+{
+    m_manager.RunCommand(TEXT("PIPE"), &m_input);
+    const auto references = m_pPipe.use_count();
+    m_manager.RunCommand(TEXT("WALL"), &m_input);
+    EXPECT_EQ(m_pPipe.use_count(), references - 1);
+    m_manager.CompleteCommand(&m_input);
+    EXPECT_EQ(m_pPipe->TakeCalls(), Calls{"Run"});
+    EXPECT_EQ(m_pWall->TakeCalls(), (Calls{"Run", "Complete"}));
+}
+
+TEST_F(CommandManager, LetsExceptionsOfACommandOut)
+{
+    const CStdPoint2D point{};
+    m_pPipe->m_inside = [] { throw 5; };
+    EXPECT_THROW(m_manager.RequiresProcessMouseMsg(TEXT("PIPE")), int);
+    EXPECT_EQ(m_manager.IsNativeCommandActive(), 0);
+    EXPECT_THROW(m_manager.RunCommand(TEXT("PIPE"), &m_input), int);
+    EXPECT_EQ(m_manager.IsNativeCommandActive(), 1);
+    EXPECT_THROW(m_manager.ProcessMouseMsg(0, point, nullptr, &m_input), int);
+    EXPECT_THROW(m_manager.CompleteCommand(&m_input), int);
+    EXPECT_EQ(m_manager.IsNativeCommandActive(), 1);
+    m_pPipe->m_inside = nullptr;
+    m_manager.CompleteCommand(&m_input);
+    EXPECT_EQ(m_manager.IsNativeCommandActive(), 0);
+
+    auto pThrowing = boost::make_shared<CTestCommand>(TEXT("THROWING"));
+    pThrowing->m_inside = [] { throw 5; };
+    EXPECT_THROW(m_manager.RegisterCommand(pThrowing), int);
+    EXPECT_EQ(m_manager.IsNativeCommandAvailable(TEXT("THROWING")), 0);
+    EXPECT_EQ(pThrowing.use_count(), 1);
+}
+
+TEST_F(CommandManager, SharesCommandsWithItsCopies)
+{
+    m_manager.RunCommand(TEXT("PIPE"), &m_input);
+    auto& other = NewManager();
+    other.RegisterCommand(boost::make_shared<CTestCommand>(TEXT("ROOF")));
+    EXPECT_EQ(&(other = m_manager), &other);
+    EXPECT_EQ(other.IsNativeCommandAvailable(TEXT("ROOF")), 0); // emptied first
+    EXPECT_EQ(other.GetCommandById(TEXT("PIPE")), m_pPipe);
+    m_manager.CompleteCommand(&m_input);
+    EXPECT_EQ(other.IsNativeCommandActive(), 1);
+    other.CompleteCommand(&m_input);
+    EXPECT_EQ(m_pPipe->TakeCalls(), (Calls{"Run", "Complete", "Complete"}));
+
+    auto& alias = other;
+    other = alias;
+    EXPECT_EQ(other.GetCommandById(TEXT("WALL")), m_pWall);
+    other = *VLT::CCommandManager::Instance();
+    m_manager = other;
+    EXPECT_EQ(m_pPipe.use_count(), 1);
+}
+
+// Without a virtual destructor only the shared pointer knows the concrete class.
+TEST_F(CommandManager, DestroysACommandAsItsOwnClass)
+{
+    const int alive = CTestCommand::s_alive;
+    boost::shared_ptr<VLT::ICommand> pCommand(new CTestCommand(TEXT("X")));
+    m_manager.RegisterCommand(pCommand);
+    pCommand.reset();
+    EXPECT_EQ(CTestCommand::s_alive, alive + 1);
+    m_manager = *VLT::CCommandManager::Instance();
+    EXPECT_EQ(CTestCommand::s_alive, alive);
+}
