@@ -3,10 +3,14 @@
 /// framework's module state, which is thereby made before all of them.
 #include "commands/VeltranoCommandsApp.h"
 #include "projection/Base64.h"
+#include "uistrings/UIStrings.h"
 
 namespace
 {
 CVeltranoCommandsApp s_theApp;
 } // namespace
+
+WString CUIStrings::m_currentLanguage;
+std::map<WString, UIStringMapPtr> CUIStrings::m_languages;
 
 const std::string s_base64Alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";

@@ -1,24 +1,11 @@
 #include "projection/ProjectionRegistry.h"
 
+#include "platform/mfc/decimal.h"
 #include "projection/Base64.h"
 #include "xml/XmlDocument.h"
 
 #include <boost/make_shared.hpp>
 #include <utility>
-
-namespace
-{
-/// White space, a sign and the digits behind it; 0 without digits. Out-of-range numbers become the nearest int.
-int NumberOf(const CString& text)
-{
-    // Runtimes differ in what they take for white space and digits beyond ASCII: only what they all read alike gets
-    // there. A number ends at any other unit anyway.
-    int length = 0;
-    while (length < text.GetLength() && wcschr(TEXT(" \t\n\v\f\r+-0123456789"), text.GetAt(length)) != nullptr)
-        ++length;
-    return _wtoi(text.Left(length));
-}
-} // namespace
 
 CString CProjectionDefinition::GetXML()
 {
@@ -59,12 +46,12 @@ int CProjectionRegistry::ParseXML(const WCHAR* pXml)
     {
         const auto pDefinition = boost::make_shared<CProjectionDefinition>();
         pDefinition->m_name = DecodeTextValue(document.GetAttribute(TEXT("name")));
-        pDefinition->m_showInLS = NumberOf(document.GetAttribute(TEXT("showInLS")));
-        pDefinition->m_showInCS = NumberOf(document.GetAttribute(TEXT("showInCS")));
-        pDefinition->m_showInEditor = NumberOf(document.GetAttribute(TEXT("showInEditor")));
+        pDefinition->m_showInLS = DecimalToInt(document.GetAttribute(TEXT("showInLS")));
+        pDefinition->m_showInCS = DecimalToInt(document.GetAttribute(TEXT("showInCS")));
+        pDefinition->m_showInEditor = DecimalToInt(document.GetAttribute(TEXT("showInEditor")));
         pDefinition->m_layerName = DecodeTextValue(document.GetAttribute(TEXT("layerName")));
         pDefinition->m_entityId = DecodeTextValue(document.GetAttribute(TEXT("entityId")));
-        pDefinition->m_isActive = NumberOf(document.GetAttribute(TEXT("isActive")));
+        pDefinition->m_isActive = DecimalToInt(document.GetAttribute(TEXT("isActive")));
         m_definitions.push_back(pDefinition);
     }
     return 1;

@@ -1,0 +1,334 @@
+#include "uistrings/TextFileReader.h"
+
+#include "resources/resource.h"
+#include "uistrings/TextFile.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+#include <string>
+
+namespace
+{
+constexpr int EndOfData = -1;
+constexpr WCHAR CarriageReturn = 0x000D;
+constexpr WCHAR LineFeed = 0x000A;
+constexpr unsigned ReplacementCharacter = 0xFFFD;
+constexpr size_t CapacityStep = 1024; // bytes
+
+WCHAR SwapBytes(WCHAR unit)
+{
+    return static_cast<WCHAR>(unit << 8 | unit >> 8);
+}
+
+/// Room for so many bytes behind the header; the text so far stays.
+template <typename Unit>
+void MakeRoom(Unit*& pText, size_t bytes)
+{
+    const size_t capacity = (bytes + CapacityStep - 1) / CapacityStep * CapacityStep;
+    if (pText != nullptr && static_cast<size_t>(HeaderOfLine(pText)->capacity) >= capacity)
+        return;
+    if (capacity > INT_MAX)
+        throw std::bad_alloc();
+    void* pOld = pText == nullptr ? nullptr : HeaderOfLine(pText);
+    auto* pHeader = static_cast<LineHeader*>(std::realloc(pOld, capacity + sizeof(LineHeader)));
+    if (pHeader == nullptr)
+        throw std::bad_alloc();
+    std::memcpy(pHeader->magic, "BDSG", sizeof(pHeader->magic));
+    pHeader->capacity = static_cast<int>(capacity);
+    pText = reinterpret_cast<Unit*>(pHeader + 1);
+}
+
+/// Room for so many units and a terminator, all of which count as used then.
+template <typename Unit>
+void SetLength(Unit*& pText, size_t units)
+{
+    const size_t bytes = (units + 1) * sizeof(Unit);
+    MakeRoom(pText, bytes);
+    HeaderOfLine(pText)->length = static_cast<int>(bytes);
+}
+
+/// How a lead byte of UTF-8 counts here: every byte from 0x80 on starts something.
+int CountFurtherBytes(unsigned lead)
+{
+    return lead < 0x80 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : lead < 0xF8 ? 3 : 0;
+}
+
+unsigned BitsOfLead(unsigned lead)
+{
+    if (lead >= 0xF8)
+        return ReplacementCharacter;
+    return lead < 0x80 ? lead : lead < 0xE0 ? lead & 0x1F : lead < 0xF0 ? lead & 0x0F : lead & 0x07;
+}
+
+/// Takes one code point off a NUL-terminated text that has not ended. A NUL inside a sequence cuts it short.
+unsigned TakeCodePoint(const BYTE*& pBytes)
+{
+    const unsigned lead = *pBytes++;
+    unsigned point = BitsOfLead(lead);
+    for (int i = CountFurtherBytes(lead); i > 0; --i)
+    {
+        if (*pBytes == 0)
+            return ReplacementCharacter;
+        point = point << 6 | (*pBytes++ & 0x3Fu);
+    }
+    return point;
+}
+
+/// A line of UTF-16 that grows code point by code point.
+class CLineWriter
+{
+public:
+    explicit CLineWriter(WCHAR** ppLine) : m_pText(*ppLine), m_ppLine(ppLine) {}
+
+    void Put(unsigned point)
+    {
+        if (point <= 0xFFFF)
+        {
+            PutUnits({static_cast<WCHAR>(point)});
+            return;
+        }
+        const unsigned offset = std::min(point, 0x10FFFFu) - 0x10000;
+        PutUnits({static_cast<WCHAR>(0xD800 + (offset >> 10)), static_cast<WCHAR>(0xDC00 + (offset & 0x3FF))});
+    }
+    void Finish()
+    {
+        SetLength(m_pText, m_count);
+        m_pText[m_count] = 0;
+        *m_ppLine = m_pText;
+    }
+
+private:
+    void PutUnits(std::initializer_list<WCHAR> units)
+    {
+        MakeRoom(m_pText, (m_count + units.size()) * sizeof(WCHAR));
+        *m_ppLine = m_pText; // the block may have moved; the caller's pointer follows at once
+        std::copy(units.begin(), units.end(), m_pText + m_count);
+        m_count += units.size();
+    }
+
+    WCHAR* m_pText;
+    WCHAR** m_ppLine;
+    size_t m_count = 0;
+};
+} // namespace
+
+LineHeader* HeaderOfLine(void* pText)
+{
+    return static_cast<LineHeader*>(pText) - 1;
+}
+
+void FreeLine(void* pText)
+{
+    if (pText != nullptr)
+        std::free(HeaderOfLine(pText));
+}
+
+TextFileReader::TextFileReader(const WCHAR* pFileName, HANDLE fileHandle, int bufferSize)
+    : m_fileName(pFileName),
+      m_fileHandle(fileHandle),
+      m_bufferSize(bufferSize),
+      m_buffer(bufferSize == 0 ? nullptr : static_cast<BYTE*>(std::malloc(static_cast<size_t>(bufferSize))))
+{
+    if (bufferSize != 0 && m_buffer == nullptr)
+        throw std::bad_alloc();
+}
+
+TextFileReader::~TextFileReader()
+{
+    std::free(m_buffer);
+}
+
+int TextFileReader::ReadChar()
+{
+    return EndOfData;
+}
+
+int TextFileReader::ReadLine(WCHAR**, unsigned int)
+{
+    return EndOfData;
+}
+
+int TextFileReader::FillBuffer()
+{
+    if (m_position < m_available)
+        return 0;
+    if (m_endOfFile)
+        return EndOfData;
+    DWORD count = 0;
+    if (!::ReadFile(m_fileHandle, m_buffer, static_cast<DWORD>(m_bufferSize), &count, nullptr))
+        return ReportReadError(m_fileName);
+    m_endOfFile = count == 0;
+    m_available = static_cast<int>(count);
+    m_position = 0;
+    return m_endOfFile ? EndOfData : 0;
+}
+
+/// As FillBuffer, but for units of so many bytes: bytes at the end of the data that make no unit are dropped.
+int TextFileReader::FillBufferWith(int unitSize)
+{
+    while (m_available - m_position < unitSize)
+    {
+        m_position = m_available;
+        if (const int result = FillBuffer(); result < 0)
+            return result;
+    }
+    return 0;
+}
+
+template <typename Unit>
+int TextFileReader::ReadUnits(Unit** ppLine, Unit lineFeed, Unit carriageReturn)
+{
+    SetLength(*ppLine, 0);
+    (*ppLine)[0] = 0;
+    constexpr int unitSize = sizeof(Unit);
+    size_t total = 0;
+    bool hasLine = false;
+    while (FillBufferWith(unitSize) == 0)
+    {
+        hasLine = true;
+        const auto* pPiece = reinterpret_cast<const Unit*>(m_buffer + m_position);
+        const auto room = static_cast<size_t>((m_available - m_position) / unitSize);
+        const Unit* pLineFeed = std::char_traits<Unit>::find(pPiece, room, lineFeed);
+        const size_t count = pLineFeed == nullptr ? room : static_cast<size_t>(pLineFeed - pPiece);
+        // Also without an LF behind it: a CR LF may be split between two fills.
+        const size_t copied = count > 0 && pPiece[count - 1] == carriageReturn ? count - 1 : count;
+
+        SetLength(*ppLine, total + copied);
+        std::copy_n(pPiece, copied, *ppLine + total);
+        total += copied;
+        (*ppLine)[total] = 0;
+        m_position += static_cast<int>(count) * unitSize;
+        if (pLineFeed == nullptr)
+            continue;
+        m_position += unitSize;
+        break;
+    }
+    return hasLine ? 0 : EndOfData;
+}
+
+int TextFileReader::ReadByteLine(char** ppLine)
+{
+    return ReadUnits<char>(ppLine, '\n', '\r');
+}
+
+int TextFileReader::ReadWideLine(WCHAR** ppLine, bool swapped)
+{
+    return swapped ? ReadUnits<WCHAR>(ppLine, SwapBytes(LineFeed), SwapBytes(CarriageReturn))
+                   : ReadUnits<WCHAR>(ppLine, LineFeed, CarriageReturn);
+}
+
+void TextFileReader::ConvertLine(const char* pBytes, WCHAR** ppLine, unsigned int codePage)
+{
+    const size_t count = std::strlen(pBytes);
+    SetLength(*ppLine, count);
+    const auto room = static_cast<int>(count);
+    const int units = room == 0 ? 0 : ::MultiByteToWideChar(codePage, 0, pBytes, room, *ppLine, room);
+    (*ppLine)[units] = 0;
+}
+
+int TextFileReader::ReadByte()
+{
+    const int result = FillBuffer();
+    return result < 0 ? result : m_buffer[m_position++];
+}
+
+int TextFileReader::ReadByteButCr()
+{
+    int byte = ReadByte();
+    while (byte == CarriageReturn)
+        byte = ReadByte();
+    return byte;
+}
+
+int TextFileReader::ReadUnit()
+{
+    if (const int result = FillBufferWith(sizeof(WCHAR)); result < 0)
+        return result;
+    const int unit = m_buffer[m_position] | m_buffer[m_position + 1] << 8;
+    m_position += 2;
+    return unit;
+}
+
+ANSI_TextFileReader::~ANSI_TextFileReader()
+{
+    FreeLine(m_byteLine);
+}
+
+int ANSI_TextFileReader::ReadChar()
+{
+    return ReadByteButCr();
+}
+
+int ANSI_TextFileReader::ReadLine(WCHAR** ppLine, unsigned int codePage)
+{
+    const int result = ReadByteLine(&m_byteLine);
+    if (result == 0)
+        ConvertLine(m_byteLine, ppLine, codePage);
+    return result;
+}
+
+UTF8_TextFileReader::~UTF8_TextFileReader()
+{
+    FreeLine(m_byteLine);
+}
+
+int UTF8_TextFileReader::ReadChar()
+{
+    const int lead = ReadByteButCr();
+    if (lead < 0)
+        return lead;
+    unsigned point = BitsOfLead(static_cast<unsigned>(lead));
+    for (int i = CountFurtherBytes(static_cast<unsigned>(lead)); i > 0; --i)
+    {
+        const int further = ReadByteButCr();
+        if (further < 0)
+            return further;
+        point = point << 6 | (static_cast<unsigned>(further) & 0x3F);
+    }
+    return static_cast<int>(point);
+}
+
+int UTF8_TextFileReader::ReadLine(WCHAR** ppLine, unsigned int)
+{
+    if (const int result = ReadByteLine(&m_byteLine); result < 0)
+        return result;
+    CLineWriter writer(ppLine);
+    const auto* pBytes = reinterpret_cast<const BYTE*>(m_byteLine);
+    while (*pBytes != 0)
+        writer.Put(TakeCodePoint(pBytes));
+    writer.Finish();
+    return 0;
+}
+
+int UTF16LE_TextFileReader::ReadChar()
+{
+    int unit = ReadUnit();
+    while (unit == CarriageReturn)
+        unit = ReadUnit();
+    return unit;
+}
+
+int UTF16LE_TextFileReader::ReadLine(WCHAR** ppLine, unsigned int)
+{
+    return ReadWideLine(ppLine, false);
+}
+
+int UTF16BE_TextFileReader::ReadChar()
+{
+    int unit = ReadUnit();
+    while (unit == SwapBytes(CarriageReturn))
+        unit = ReadUnit();
+    return unit < 0 ? unit : SwapBytes(static_cast<WCHAR>(unit));
+}
+
+int UTF16BE_TextFileReader::ReadLine(WCHAR** ppLine, unsigned int)
+{
+    const int result = ReadWideLine(ppLine, true);
+    if (result >= 0)
+        for (WCHAR* pUnit = *ppLine; *pUnit != 0; ++pUnit)
+            *pUnit = SwapBytes(*pUnit);
+    return result;
+}

@@ -64,3 +64,28 @@ public:
 private:
     BOOL m_bAutoDelete = TRUE;
 };
+
+/// Lists the files that match a wildcard pattern. After FindFile the object stands before the first match; each
+/// FindNextFileW steps to the next one.
+class CFileFind
+{
+public:
+    CFileFind() = default;
+    ~CFileFind() { Close(); }
+    CFileFind(const CFileFind&) = delete;
+    CFileFind& operator=(const CFileFind&) = delete;
+
+    /// Whether anything matches. The wildcards stand in the last part of the path.
+    BOOL FindFile(LPCTSTR pstrName);
+    /// Whether another match follows the one that this call steps to.
+    BOOL FindNextFileW();
+    /// The path of the match: its folder as FindFile got it, and its name.
+    CString GetFilePath() const { return m_strRoot + m_current.cFileName; }
+    void Close();
+
+private:
+    HANDLE m_hContext = INVALID_HANDLE_VALUE;
+    CString m_strRoot;
+    WIN32_FIND_DATAW m_current{};
+    WIN32_FIND_DATAW m_next{};
+};

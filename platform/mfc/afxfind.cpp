@@ -1,0 +1,27 @@
+#include "platform/mfc/afx.h"
+
+#include <algorithm>
+
+BOOL CFileFind::FindFile(LPCTSTR pstrName)
+{
+    Close();
+    const CString name(pstrName);
+    m_strRoot = name.Left(std::max(name.ReverseFind(TEXT('\\')), name.ReverseFind(TEXT('/'))) + 1);
+    m_hContext = ::FindFirstFileW(name, &m_next);
+    return m_hContext != INVALID_HANDLE_VALUE;
+}
+
+BOOL CFileFind::FindNextFileW()
+{
+    if (m_hContext == INVALID_HANDLE_VALUE)
+        return FALSE;
+    m_current = m_next;
+    return ::FindNextFileW(m_hContext, &m_next);
+}
+
+void CFileFind::Close()
+{
+    if (m_hContext != INVALID_HANDLE_VALUE)
+        ::FindClose(m_hContext);
+    m_hContext = INVALID_HANDLE_VALUE;
+}
