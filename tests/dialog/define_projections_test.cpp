@@ -1,0 +1,258 @@
+#include "projection/DlgDefineProjections.h"
+
+#include "configuration/ConfigurationStorage.h"
+#include "projection/ProjectionRegistry.h"
+#include "resources/resource.h"
+#include "uistrings/UIStrings.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace
+{
+using Calls = std::vector<std::string>;
+
+/// Keeps one text and writes down what it is asked for.
+class CRecordingHandler : public VLT::IConfigurationHandler
+{
+public:
+    int OpenStorage() override
+    {
+        m_calls.emplace_back("open");
+        return m_opens;
+    }
+    void CloseStorage() override
+    {
+        m_calls.emplace_back("close");
+        m_onClose();
+    }
+    CString LoadConfigurationById(const WCHAR* pId) override
+    {
+        m_calls.emplace_back(CString(pId) == TEXT("PRJ_REGISTRY") ? "load" : "load of something else");
+        return m_text;
+    }
+    int SaveConfiguration(const WCHAR* pId, const WCHAR* pCfg) override
+    {
+        m_calls.emplace_back(CString(pId) == TEXT("PRJ_REGISTRY") ? "save" : "save of something else");
+        if (m_saveThrows)
+            throw std::runtime_error("disk full");
+        m_text = pCfg;
+        return 0; // of no interest to the dialog
+    }
+
+    int m_opens = 1;
+    bool m_saveThrows = false;
+    CString m_text;
+    Calls m_calls;
+    std::function<void()> m_onClose = [] {};
+};
+
+class CTestedDialog : public CDlgDefineProjections
+{
+public:
+    using CDlgDefineProjections::m_bActive;
+    using CDlgDefineProjections::m_bShowInCS;
+    using CDlgDefineProjections::m_bShowInEditor;
+    using CDlgDefineProjections::m_bShowInLS;
+    using CDlgDefineProjections::m_listDefinitions;
+    using CDlgDefineProjections::m_strName;
+    using CDlgDefineProjections::m_strPick;
+    using CDlgDefineProjections::OnCommand;
+    using CDlgDefineProjections::OnNotify;
+
+    /// As the command opens it.
+    void Open()
+    {
+        ASSERT_TRUE(Create(IDD_DEFINE_PROJECTIONS, nullptr));
+        ShowWindow(SW_SHOW);
+        ASSERT_TRUE(IsShown());
+    }
+    HWND Control(int id) const { return ::GetDlgItem(m_hWnd, id); }
+    void Click(int id) const { ::SendMessageW(Control(id), BM_CLICK, 0, 0); }
+    bool IsShown() const { return ::IsWindow(m_hWnd) && ::IsWindowVisible(m_hWnd); }
+};
+
+const WCHAR* const s_compactText =
+    TEXT("<projectionRegistry><projectionDefinition name=\"UGlwZQ==\" showInLS=\"1\" showInCS=\"0\" ")
+        TEXT("showInEditor=\"1\" layerName=\"TDE=\" entityId=\"RTc=\" isActive=\"1\" /></projectionRegistry>");
+const WCHAR* const s_looseText =
+    TEXT("<projectionRegistry>\n  <projectionDefinition isActive='1' name='UGlwZQ==' showInLS=\"01\"\n")
+        TEXT("    showInEditor='1' entityId='RTc=' layerName='TDE=' more='x'/>\n</projectionRegistry>\n");
+
+class DefineProjections : public testing::Test
+{
+protected:
+    DefineProjections()
+    {
+        VLT::CConfigurationStorage::Instance()->RegisterHandler(m_pHandler);
+        m_pHandler->m_text = s_looseText;
+    }
+    ~DefineProjections() override { VLT::CConfigurationStorage::Instance()->RegisterHandler({}); }
+
+    boost::shared_ptr<CRecordingHandler> m_pHandler = boost::make_shared<CRecordingHandler>();
+    CTestedDialog m_dialog;
+};
+} // namespace
+
+TEST_F(DefineProjections, OkSavesThenClosesThenEnds)
+{
+    bool shownAtClose = false;
+    m_pHandler->m_onClose = [&] { shownAtClose = m_dialog.IsShown(); };
+    m_dialog.Open();
+    m_dialog.Click(IDOK);
+    EXPECT_EQ(m_pHandler->m_calls, (Calls{"open", "load", "save", "close"}));
+    EXPECT_TRUE(m_pHandler->m_text == s_compactText);
+    EXPECT_TRUE(shownAtClose);
+    EXPECT_TRUE(::IsWindow(m_dialog.m_hWnd) && !m_dialog.IsShown());
+}
+
+TEST_F(DefineProjections, OkStoresWhatCouldBeRead)
+{
+    const WCHAR* const emptyList = TEXT("<projectionRegistry></projectionRegistry>");
+    for (const WCHAR* pText : {TEXT(""), TEXT("no XML at all"), TEXT("<projectionRegistry><projectionDefinition"),
+                               TEXT("<storage>\xD800</storage>"), TEXT("<ProjectionRegistry/>")})
+    {
+        CTestedDialog dialog;
+        m_pHandler->m_text = pText;
+        dialog.Open();
+        dialog.Click(IDOK);
+        EXPECT_TRUE(m_pHandler->m_text == emptyList);
+    }
+}
+
+TEST_F(DefineProjections, AllOtherEndsLeaveTheStorageAlone)
+{
+    const std::function<void(CTestedDialog&)> ends[] = {
+        [](auto& dialog) { dialog.Click(IDCANCEL); },
+        [](auto& dialog) { ::SendMessageW(dialog.m_hWnd, WM_COMMAND, IDCANCEL, 0); }, // the Escape key
+        [](auto& dialog) { dialog.DestroyWindow(); },
+        [](auto&) {},
+    };
+    for (const auto& end : ends)
+    {
+        m_pHandler->m_calls.clear();
+        {
+            CTestedDialog dialog;
+            dialog.Open();
+            end(dialog);
+            EXPECT_EQ(dialog.IsShown(), &end == std::end(ends) - 1);
+        }
+        EXPECT_EQ(m_pHandler->m_calls, (Calls{"open", "load"}));
+    }
+    EXPECT_TRUE(m_pHandler->m_text == s_looseText);
+}
+
+TEST_F(DefineProjections, WithoutStorageOkOnlyEnds)
+{
+    m_pHandler->m_opens = 0;
+    for (const bool registered : {true, false})
+    {
+        if (!registered)
+            VLT::CConfigurationStorage::Instance()->RegisterHandler({});
+        CTestedDialog dialog;
+        dialog.Open();
+        EXPECT_EQ(::SendMessageW(dialog.Control(IDC_COMBO_PICK), CB_GETCOUNT, 0, 0), 2);
+        dialog.Click(IDOK);
+        EXPECT_FALSE(dialog.IsShown());
+    }
+    EXPECT_EQ(m_pHandler->m_calls, Calls{"open"});
+}
+
+// The user must not take the list for stored when it was not.
+TEST_F(DefineProjections, StaysOpenWhenTheHandlerThrowsOnSaving)
+{
+    m_pHandler->m_saveThrows = true;
+    m_dialog.Open();
+    m_dialog.Click(IDOK);
+    EXPECT_TRUE(m_dialog.IsShown());
+    m_pHandler->m_saveThrows = false;
+    m_dialog.Click(IDOK);
+    EXPECT_FALSE(m_dialog.IsShown());
+    EXPECT_EQ(m_pHandler->m_calls, (Calls{"open", "load", "save", "save", "close"}));
+}
+
+TEST_F(DefineProjections, ComboBoxesShowTheEnglishTextsAtEveryOpening)
+{
+    const auto path = std::filesystem::temp_directory_path() / "veltrano_dialog_test.dat";
+    std::ofstream(path) << "2 A kind\n3 Zone\n4 Entity\n";
+    CUIStrings::Instance(); // loads what a folder beside this program may hold; those texts stand then
+    CUIStrings::LoadFile(TEXT("en"), path.string<WCHAR>().c_str());
+    std::filesystem::remove(path);
+
+    for (int opening = 0; opening < 2; ++opening)
+    {
+        CUIStrings::m_currentLanguage = TEXT("de");
+        CTestedDialog dialog;
+        dialog.Open();
+        EXPECT_TRUE(CUIStrings::m_currentLanguage == TEXT("en"));
+        const struct
+        {
+            int id;
+            std::vector<unsigned int> texts;
+        } rows[] = {{IDC_COMBO_ADD_KIND, {2}}, {IDC_COMBO_PICK, {3, 4}}};
+        for (const auto& row : rows)
+        {
+            const HWND combo = dialog.Control(row.id);
+            ASSERT_EQ(::SendMessageW(combo, CB_GETCOUNT, 0, 0), static_cast<LRESULT>(row.texts.size()));
+            EXPECT_EQ(::SendMessageW(combo, CB_GETCURSEL, 0, 0), 0);
+            for (size_t i = 0; i < row.texts.size(); ++i)
+            {
+                WCHAR text[100] = {};
+                ::SendMessageW(combo, CB_GETLBTEXT, i, reinterpret_cast<LPARAM>(text));
+                EXPECT_NE(text[0], 0);
+                EXPECT_TRUE(CUIStrings::Instance()->GetString(row.texts[i]) == text);
+                EXPECT_EQ(::SendMessageW(combo, CB_GETITEMDATA, i, 0), static_cast<LRESULT>(i));
+            }
+        }
+    }
+}
+
+TEST_F(DefineProjections, InputReachesTheMembersAndNotTheStoredText)
+{
+    m_dialog.Open();
+    EXPECT_EQ(m_dialog.m_listDefinitions.m_hWnd, m_dialog.Control(IDC_LIST_DEFINITIONS));
+    ::SetWindowTextW(m_dialog.Control(IDC_EDIT_NAME), TEXT("Pipe \x4E2D"));
+    ::SetWindowTextW(m_dialog.Control(IDC_EDIT_PICK), TEXT("L2"));
+    for (const int id : {IDC_SHOW_IN_LS, IDC_SHOW_IN_EDITOR, IDC_SHOW_IN_EDITOR, IDC_ACTIVE, IDC_SAVE, IDC_REMOVE,
+                         IDC_ADD, IDC_PICK_ENTITY})
+        m_dialog.Click(id);
+    ::SendMessageW(m_dialog.Control(IDC_COMBO_PICK), CB_SETCURSEL, 1, 0);
+    ::SendMessageW(m_dialog.m_hWnd, WM_COMMAND, MAKEWPARAM(IDC_COMBO_PICK, CBN_SELCHANGE), 0);
+    EXPECT_TRUE(m_dialog.m_strName.IsEmpty());
+    EXPECT_TRUE(m_dialog.IsShown());
+
+    m_dialog.Click(IDOK);
+    EXPECT_TRUE(m_dialog.m_strName == TEXT("Pipe \x4E2D"));
+    EXPECT_TRUE(m_dialog.m_strPick == TEXT("L2"));
+    EXPECT_EQ(m_dialog.m_bShowInLS, 1);
+    EXPECT_EQ(m_dialog.m_bShowInCS, 0);
+    EXPECT_EQ(m_dialog.m_bShowInEditor, 0);
+    EXPECT_EQ(m_dialog.m_bActive, 1);
+    EXPECT_TRUE(m_pHandler->m_text == s_compactText);
+}
+
+TEST_F(DefineProjections, RunTimeClassAndRoutes)
+{
+    const CRuntimeClass* pClass = m_dialog.GetRuntimeClass();
+    EXPECT_STREQ(pClass->m_lpszClassName, "CDlgDefineProjections");
+    EXPECT_EQ(pClass->m_pBaseClass, RUNTIME_CLASS(CDialog));
+    EXPECT_EQ(pClass->m_pfnCreateObject, nullptr);
+    EXPECT_EQ(pClass->m_wSchema, 0xFFFFu);
+
+    for (const int id : {1015, 1004, 1003, 1007, 1008, 1009, 1010, 1012, 1002, 1014, 1016})
+        EXPECT_EQ(m_dialog.OnCommand(MAKEWPARAM(id, BN_CLICKED), 0), id != 1002 && id != 1014 && id != 1016) << id;
+    EXPECT_TRUE(m_dialog.OnCommand(MAKEWPARAM(1013, CBN_SELCHANGE), 0));
+    EXPECT_FALSE(m_dialog.OnCommand(MAKEWPARAM(1002, CBN_SELCHANGE), 0));
+    NMHDR click = {nullptr, 1001, static_cast<UINT>(NM_CLICK)};
+    LRESULT result = 5;
+    EXPECT_TRUE(m_dialog.OnNotify(1001, reinterpret_cast<LPARAM>(&click), &result));
+    EXPECT_EQ(result, 0);
+}

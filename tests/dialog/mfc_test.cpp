@@ -1,0 +1,133 @@
+#include "platform/mfc/afxcmn.h"
+#include "platform/mfc/afxdd_.h"
+#include "resources/resource.h"
+
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+namespace
+{
+/// Some controls of the module's template, and counters.
+class CTestDialog : public CDialog
+{
+public:
+    void DoDataExchange(CDataExchange* pDX) override
+    {
+        DDX_Control(pDX, IDC_LIST_DEFINITIONS, m_list);
+        if (m_bAskForMissing)
+            DDX_Check(pDX, 999, m_value);
+    }
+    BOOL OnInitDialog() override
+    {
+        if (m_bThrow)
+            throw std::runtime_error("no storage");
+        return m_bInitialised = CDialog::OnInitDialog();
+    }
+    void OnOK() override { ++m_oks; }
+    void OnAdd()
+    {
+        ++m_adds;
+        if (m_bThrow)
+            throw std::runtime_error("no handler");
+    }
+    void OnListClick(NMHDR*, LRESULT* pResult) { *pResult = 7; }
+
+    void Click(int id) { ::SendMessageW(::GetDlgItem(m_hWnd, id), BM_CLICK, 0, 0); }
+    BOOL Create() { return CDialog::Create(IDD_DEFINE_PROJECTIONS); }
+
+    CListCtrl m_list;
+    int m_value = 0;
+    BOOL m_bInitialised = FALSE;
+    bool m_bAskForMissing = false;
+    bool m_bThrow = false;
+    int m_oks = 0;
+    int m_adds = 0;
+
+protected:
+    DECLARE_MESSAGE_MAP()
+};
+
+BEGIN_MESSAGE_MAP(CTestDialog, CDialog)
+ON_BN_CLICKED(IDC_ADD, &CTestDialog::OnAdd)
+ON_NOTIFY(NM_CLICK, IDC_LIST_DEFINITIONS, &CTestDialog::OnListClick)
+END_MESSAGE_MAP()
+} // namespace
+
+TEST(Mfc, WindowAndObjectGoInAnyOrder)
+{
+    CTestDialog dialog;
+    EXPECT_FALSE(dialog.ShowWindow(SW_SHOW) || dialog.DestroyWindow() || dialog.UpdateData(TRUE));
+    EXPECT_FALSE(dialog.CDialog::Create(4711)) << "no such template";
+
+    for (int round = 0; round < 2; ++round) // one object can have one window after the other
+    {
+        ASSERT_TRUE(dialog.Create());
+        EXPECT_FALSE(dialog.Create()) << "it has a window";
+        EXPECT_EQ(dialog.m_list.m_hWnd, ::GetDlgItem(dialog.m_hWnd, IDC_LIST_DEFINITIONS));
+        EXPECT_FALSE(dialog.ShowWindow(SW_SHOW)) << "it was hidden";
+        EXPECT_TRUE(dialog.ShowWindow(SW_HIDE)) << "it was visible";
+        ::DestroyWindow(dialog.m_hWnd); // as a host does that closes everything
+        EXPECT_TRUE(dialog.m_hWnd == nullptr && dialog.m_list.m_hWnd == nullptr);
+        EXPECT_FALSE(dialog.DestroyWindow());
+    }
+
+    HWND hWnd = nullptr;
+    {
+        CTestDialog living;
+        ASSERT_TRUE(living.Create());
+        hWnd = living.m_hWnd;
+    }
+    EXPECT_FALSE(::IsWindow(hWnd));
+}
+
+TEST(Mfc, MessageMapServesItsOwnEntriesThenTheBase)
+{
+    CTestDialog dialog;
+    ASSERT_TRUE(dialog.Create());
+    for (const int id : {IDC_ADD, IDC_REMOVE, IDOK}) // the second has no entry
+        dialog.Click(id);
+    EXPECT_EQ(dialog.m_adds, 1);
+    EXPECT_EQ(dialog.m_oks, 1) << "the entry of CDialog leads to the overriding operation";
+    NMHDR click = {dialog.m_list.m_hWnd, IDC_LIST_DEFINITIONS, static_cast<UINT>(NM_CLICK)};
+    EXPECT_EQ(::SendMessageW(dialog.m_hWnd, WM_NOTIFY, click.idFrom, reinterpret_cast<LPARAM>(&click)), 7);
+
+    const HWND hWnd = dialog.Detach();
+    ::SendMessageW(::GetDlgItem(hWnd, IDC_ADD), BM_CLICK, 0, 0);
+    EXPECT_EQ(dialog.m_adds, 1) << "a window that has lost its object";
+    EXPECT_TRUE(::DestroyWindow(hWnd));
+}
+
+TEST(Mfc, ExchangeStopsAtAMissingControl)
+{
+    CTestDialog dialog;
+    dialog.m_bAskForMissing = true;
+    ASSERT_TRUE(dialog.Create());
+    EXPECT_FALSE(dialog.m_bInitialised);
+}
+
+// What a handler throws must not unwind the system's frames: the creator gets it from Create, others get nothing.
+TEST(Mfc, ExceptionsStayOnThisSideOfTheSystem)
+{
+    CTestDialog dialog;
+    dialog.m_bThrow = true;
+    EXPECT_THROW(dialog.Create(), std::runtime_error);
+    EXPECT_TRUE(::IsWindow(dialog.m_hWnd)) << "its creator destroys it";
+    dialog.Click(IDC_ADD);
+    EXPECT_EQ(dialog.m_adds, 1);
+}
+
+TEST(Mfc, ModuleStateIsSwitchedInScopes)
+{
+    AFX_MODULE_STATE* pOwn = AfxGetStaticModuleState();
+    ASSERT_NE(pOwn->m_hCurrentResourceHandle, nullptr);
+    {
+        AFX_MODULE_STATE other;
+        other.m_hCurrentResourceHandle = nullptr;
+        AFX_MAINTAIN_STATE2 outer(&other);
+        EXPECT_EQ(AfxGetResourceHandle(), nullptr);
+        AFX_MAINTAIN_STATE2 inner(pOwn);
+        EXPECT_EQ(AfxGetResourceHandle(), pOwn->m_hCurrentResourceHandle);
+    }
+    EXPECT_EQ(AfxGetModuleState(), pOwn);
+}
