@@ -4,31 +4,17 @@
 #ifdef _WIN32
 #include "platform/mfc/afxwin.h"
 
-namespace
-{
-BOOL InitModule()
-{
-    CWinApp* pApp = AfxGetApp();
-    if (pApp == nullptr || pApp->InitInstance())
-        return TRUE;
-    pApp->ExitInstance();
-    return FALSE;
-}
-
-void TermModule()
-{
-    if (CWinApp* pApp = AfxGetApp())
-        pApp->ExitInstance();
-}
-} // namespace
-
-// The runtime calls it after the module-level objects have been made, and before they are destroyed.
+// The runtime calls it after the module-level objects have been made, and before they are destroyed. A load that is
+// refused is followed by a detach, so ExitInstance comes then, too.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
 {
+    CWinApp* pApp = AfxGetApp();
+    if (pApp == nullptr)
+        return TRUE;
     if (reason == DLL_PROCESS_ATTACH)
-        return InitModule();
+        return pApp->InitInstance();
     if (reason == DLL_PROCESS_DETACH)
-        TermModule();
+        pApp->ExitInstance();
     return TRUE;
 }
 #endif
