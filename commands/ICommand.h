@@ -17,9 +17,9 @@ class VLT_API ICommand
 public:
     ICommand();
     ICommand(const ICommand& other);
-    ICommand(ICommand&& other);
+    ICommand(ICommand&& other) noexcept;
     ICommand& operator=(const ICommand& other);
-    ICommand& operator=(ICommand&& other);
+    ICommand& operator=(ICommand&& other) noexcept;
 
     /// The identifier, UTF-16. CCommandManager asks once for each registration.
     virtual WString GetId() = 0;

@@ -65,7 +65,7 @@ void AddTrialLinesToDrawing(std::vector<CNOI_SmartPtr<CNOI_BasisLine2D>>& lines)
         // If closing fails as well, that exception takes the place of this one, which nobody else would delete then.
         std::unique_ptr<CNOI_AppException> pReplaced(pException);
         CNOI_RuntimeSystem::closeDatabase(pDatabase);
-        pReplaced.release();
+        static_cast<void>(pReplaced.release()); // thrown on
         throw;
     }
     catch (...)

@@ -15,7 +15,7 @@ class HOST_API BaseInputMode
 {
 public:
     BaseInputMode();
-    BaseInputMode(eInputMode firstMessage, eInputMode laterMessages);
+    BaseInputMode(const eInputMode& firstMessage, const eInputMode& laterMessages);
 
     void SetInputMode(eInputMode mode);
 

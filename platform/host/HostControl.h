@@ -115,12 +115,12 @@ HOST_API WString GetPrompt();
 HOST_API void SetLanguage(const WString& language);
 /// Makes the count-th call from now on fail, once. Several failures can stand side by side.
 HOST_API void FailAt(eHostCall call, eHostFailure failure, int count = 1);
-/// Called at the beginning of every host call that can fail, after it was recorded.
+/// Called at the beginning of every host call that can fail, after it was recorded. What it throws, the call throws.
 HOST_API void SetCallObserver(std::function<void(eHostCall)> observer);
 /// Called by every information dialog while it is modal: a program can show it. Stays through Reset.
 HOST_API void SetInformationViewer(std::function<void(const CHostInformation&)> viewer);
 
-/// Objects of the host that are alive, those of the active database included; none after Reset unless one leaks.
+/// Objects of the host that are alive: after Reset one, the active database, unless somebody holds or leaks another.
 HOST_API int CountLiveObjects();
 /// CNOI_AppExceptions that are alive, and CExceptions that the host threw.
 HOST_API int CountLiveExceptions();

@@ -29,12 +29,13 @@ Input::BaseInputMode::BaseInputMode() : BaseInputMode(eInputMode(1), eInputMode(
 {
 }
 
-Input::BaseInputMode::BaseInputMode(eInputMode firstMessage, eInputMode laterMessages)
+Input::BaseInputMode::BaseInputMode(const eInputMode& firstMessage, const eInputMode& laterMessages)
     : eInputModeFirstMessage(firstMessage), eInputModeLaterMessages(laterMessages)
 {
 }
 
-void Input::BaseInputMode::SetInputMode(eInputMode mode)
+void Input::BaseInputMode::SetInputMode(
+    eInputMode mode) // NOLINT(performance-unnecessary-value-param): as the host has it
 {
     GetHostState().m_record.inputModes.push_back({this, mode.m_value});
     EnterHostCall(eHostCall::SetInputMode);
@@ -45,7 +46,7 @@ bool Framework::SendInteractorMessage(eInteractorMessage message, __int64 value)
     CHostState& state = GetHostState();
     state.m_record.messages.push_back({message, value});
     const bool isStart = message == StartInputFunctionMessage;
-    if (isStart) // owned before anything can fail
+    if (isStart) // owned before anything can fail. NOLINTNEXTLINE(performance-no-int-to-ptr): it comes as a number
         state.m_pInputFunction.reset(reinterpret_cast<CObjectSelectGeneral*>(value));
     EnterHostCall(eHostCall::SendInteractorMessage);
     return isStart;
