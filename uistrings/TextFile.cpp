@@ -7,6 +7,8 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string_view>
+#include <utility>
 
 namespace
 {
@@ -21,30 +23,76 @@ struct FreeText
 using HeapText = std::unique_ptr<WCHAR, FreeText>;
 
 thread_local HeapText s_lastErrorText;
+
+struct CMark
+{
+    eEncoding encoding;
+    std::string_view bytes;
+};
+constexpr CMark s_marks[] = {
+    {eEncodingUTF16LE, "\xFF\xFE"}, {eEncodingUTF16BE, "\xFE\xFF"}, {eEncodingUTF8, "\xEF\xBB\xBF"}};
+
+/// Reads on behind the first byte of a mark, up to the first byte that is not the mark's. The mark's encoding, or ANSI,
+/// or a failure.
+int ReadRestOfMark(const CMark& mark, const WCHAR* pFileName, HANDLE fileHandle)
+{
+    for (const char expected : mark.bytes.substr(1))
+    {
+        const int byte = ReadMarkByte(pFileName, fileHandle);
+        if (byte == ReadFailure)
+            return ReadFailure;
+        if (byte != static_cast<BYTE>(expected))
+            return eEncodingANSI;
+    }
+    return mark.encoding;
+}
+
+/// One of eEncoding, Auto for a file without bytes, or a failure. Marks differ in their first byte, so that no more
+/// bytes are read than decide.
+int DetectEncoding(const WCHAR* pFileName, HANDLE fileHandle)
+{
+    const int first = ReadMarkByte(pFileName, fileHandle);
+    if (first == ReadFailure)
+        return ReadFailure;
+    if (first < 0)
+        return eEncodingAuto;
+    for (const CMark& mark : s_marks)
+        if (first == static_cast<BYTE>(mark.bytes[0]))
+            return ReadRestOfMark(mark, pFileName, fileHandle);
+    return eEncodingANSI;
+}
 } // namespace
 
 int TextFile::Open(const WCHAR* pPath)
 {
+    // Ahead of everything else: nothing can fail between the file's opening and its place in the record, and the path
+    // may be the record's own.
+    HeapText pName(DuplicateText(pPath));
     const HANDLE handle =
         ::CreateFileW(pPath, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (handle == INVALID_HANDLE_VALUE)
     {
         const DWORD code = ::GetLastError();
         const HeapText pSystemText(GetSystemErrorText(code));
+        ::SetLastError(code); // the look-up may have left its own
         ReportError(IDS_OPEN_ERROR, pPath, static_cast<int>(code), pSystemText.get());
         return ReadFailure;
     }
-    Close();
-    fileHandle = handle;
-    fileName = DuplicateText(pPath);
+    if (fileHandle != INVALID_HANDLE_VALUE)
+        Close();
+    fileName = pName.release();
     encoding = eEncodingAuto;
+    fileHandle = handle;
     return CreateReader();
 }
 
 int TextFile::CreateReader()
 {
-    if (const int result = DetectEncoding(encoding); result < 0)
-        return result;
+    delete std::exchange(reader, nullptr);
+    const int detected = DetectEncoding(fileName, fileHandle);
+    if (detected == ReadFailure)
+        return ReadFailure;
+    encoding = static_cast<eEncoding>(detected);
     switch (encoding)
     {
     case eEncodingAuto:
@@ -74,41 +122,6 @@ void TextFile::Close()
         ::CloseHandle(fileHandle);
     std::free(fileName);
     *this = TextFile();
-}
-
-/// Looks at the mark's bytes alone, and at no more of them than decide.
-int TextFile::DetectEncoding(eEncoding& detected) const
-{
-    static constexpr struct
-    {
-        eEncoding encoding;
-        int bytes[3];
-        int length;
-    } s_marks[] = {{eEncodingUTF16LE, {0xFF, 0xFE}, 2},
-                   {eEncodingUTF16BE, {0xFE, 0xFF}, 2},
-                   {eEncodingUTF8, {0xEF, 0xBB, 0xBF}, 3}};
-    const int first = ReadMarkByte(fileName, fileHandle);
-    if (first == ReadFailure)
-        return first;
-    detected = first < 0 ? eEncodingAuto : eEncodingANSI;
-    for (const auto& mark : s_marks)
-    {
-        if (first != mark.bytes[0])
-            continue;
-        for (int i = 1; i < mark.length; ++i)
-        {
-            const int byte = ReadMarkByte(fileName, fileHandle);
-            if (byte == ReadFailure)
-            {
-                detected = eEncodingAuto;
-                return byte;
-            }
-            if (byte != mark.bytes[i])
-                return 0;
-        }
-        detected = mark.encoding;
-    }
-    return 0;
 }
 
 int ReadMarkByte(const WCHAR* pFileName, HANDLE fileHandle)

@@ -11,7 +11,8 @@ enum eEncoding : int
     eEncodingUTF8 = 4     ///< EF BB BF
 };
 
-/// A plain record without destructor: Close releases what it holds.
+/// A plain record without destructor: Close releases what it holds. A failed allocation, here and in the functions
+/// below, ends in std::bad_alloc; a record stays one that Close may be called on.
 struct TextFile
 {
     WCHAR* fileName = nullptr; ///< on the runtime heap; the reader points at it too
@@ -21,16 +22,14 @@ struct TextFile
     unsigned int codePage = CP_ACP; ///< for the reader's ReadLine
 
     /// Opens a file, which others may read but not write meanwhile, and creates its reader. 0, or -2 with a message as
-    /// the thread's last error text; if it cannot be opened, the record stays as it was.
+    /// the thread's last error text; if it cannot be opened, the record stays as it was. A file that the record still
+    /// holds is closed when the new one is open.
     int Open(const WCHAR* pPath);
     /// Settles the encoding and makes the reader, which stands behind the mark. 0, or -2 after a failed read, with no
     /// reader made and the file still open.
     int CreateReader();
     /// Destroys the reader, closes the file, and leaves a new record. Allowed at any time.
     void Close();
-
-private:
-    int DetectEncoding(eEncoding& detected) const;
 };
 
 /// The next byte of the file as 0 to 255; -1 at its end; -2 after a failed read, with a message.

@@ -1,6 +1,5 @@
 #include "uistrings/TextFileReader.h"
 
-#include "resources/resource.h"
 #include "uistrings/TextFile.h"
 
 #include <algorithm>
@@ -77,42 +76,40 @@ unsigned TakeCodePoint(const BYTE*& pBytes)
     return point;
 }
 
-/// A line of UTF-16 that grows code point by code point.
-class CLineWriter
+WCHAR* PutCodePoint(WCHAR* pText, unsigned point)
 {
-public:
-    explicit CLineWriter(WCHAR** ppLine) : m_pText(*ppLine), m_ppLine(ppLine) {}
-
-    void Put(unsigned point)
+    if (point <= 0xFFFF)
     {
-        if (point <= 0xFFFF)
-        {
-            PutUnits({static_cast<WCHAR>(point)});
-            return;
-        }
-        const unsigned offset = std::min(point, 0x10FFFFu) - 0x10000;
-        PutUnits({static_cast<WCHAR>(0xD800 + (offset >> 10)), static_cast<WCHAR>(0xDC00 + (offset & 0x3FF))});
+        *pText++ = static_cast<WCHAR>(point);
+        return pText;
     }
-    void Finish()
-    {
-        SetLength(m_pText, m_count);
-        m_pText[m_count] = 0;
-        *m_ppLine = m_pText;
-    }
+    const unsigned offset = std::min(point, 0x10FFFFu) - 0x10000;
+    *pText++ = static_cast<WCHAR>(0xD800 + (offset >> 10));
+    *pText++ = static_cast<WCHAR>(0xDC00 + (offset & 0x3FF));
+    return pText;
+}
 
-private:
-    void PutUnits(std::initializer_list<WCHAR> units)
-    {
-        MakeRoom(m_pText, (m_count + units.size()) * sizeof(WCHAR));
-        *m_ppLine = m_pText; // the block may have moved; the caller's pointer follows at once
-        std::copy(units.begin(), units.end(), m_pText + m_count);
-        m_count += units.size();
-    }
+/// The units that a NUL-terminated text of UTF-8 decodes to.
+size_t CountUnits(const BYTE* pBytes)
+{
+    size_t count = 0;
+    while (*pBytes != 0)
+        count += TakeCodePoint(pBytes) <= 0xFFFF ? 1 : 2;
+    return count;
+}
 
-    WCHAR* m_pText;
-    WCHAR** m_ppLine;
-    size_t m_count = 0;
-};
+void DecodeLine(const BYTE* pBytes, size_t byteCount, WCHAR*& pText)
+{
+    // No byte gives more than one unit. Only where so much room is not there yet, the units are counted ahead: a block
+    // grows no further than its text asks for.
+    if (pText == nullptr || static_cast<size_t>(HeaderOfLine(pText)->capacity) < (byteCount + 1) * sizeof(WCHAR))
+        SetLength(pText, CountUnits(pBytes));
+    WCHAR* pEnd = pText;
+    while (*pBytes != 0)
+        pEnd = PutCodePoint(pEnd, TakeCodePoint(pBytes));
+    *pEnd = 0;
+    SetLength(pText, static_cast<size_t>(pEnd - pText));
+}
 } // namespace
 
 LineHeader* HeaderOfLine(void* pText)
@@ -295,11 +292,7 @@ int UTF8_TextFileReader::ReadLine(WCHAR** ppLine, unsigned int)
 {
     if (const int result = ReadByteLine(&m_byteLine); result < 0)
         return result;
-    CLineWriter writer(ppLine);
-    const auto* pBytes = reinterpret_cast<const BYTE*>(m_byteLine);
-    while (*pBytes != 0)
-        writer.Put(TakeCodePoint(pBytes));
-    writer.Finish();
+    DecodeLine(reinterpret_cast<const BYTE*>(m_byteLine), std::strlen(m_byteLine), *ppLine);
     return 0;
 }
 

@@ -30,14 +30,24 @@ struct CFileInUse
 };
 
 /// "NUMBER TEXT"; a line with no blank, or with one at its start, holds no string.
-void AddLine(UIStringMap& strings, const CString& line)
+void AddLine(UIStringMap& strings, const WCHAR* pLine)
 {
-    const int blank = line.Find(TEXT(' '));
-    if (blank <= 0)
+    const WCHAR* pBlank = wcschr(pLine, TEXT(' '));
+    if (pBlank == nullptr || pBlank == pLine)
         return;
-    const auto id = static_cast<unsigned int>(DecimalToInt(line.Left(blank)));
-    if (!strings.contains(id))
-        strings[id] = boost::make_shared<UIStringEntry>(id, line.Mid(blank + 1).GetString());
+    const auto id = static_cast<unsigned int>(DecimalToInt(CString(pLine, static_cast<int>(pBlank - pLine))));
+    const auto place = strings.lower_bound(id);
+    if (place == strings.end() || place->first != id)
+        strings.emplace_hint(place, id, boost::make_shared<UIStringEntry>(id, pBlank + 1));
+}
+
+/// The strings of a language; made if it has none yet.
+UIStringMap& StringsOf(std::map<WString, UIStringMapPtr>& languages, const WCHAR* pLanguage)
+{
+    auto language = languages.find(pLanguage);
+    if (language == languages.end())
+        language = languages.emplace(pLanguage, boost::make_shared<UIStringMap>()).first;
+    return *language->second;
 }
 
 CString LanguageOf(const CString& path)
@@ -101,12 +111,10 @@ int CUIStrings::LoadFolder(const WCHAR* pFolder)
 
 void CUIStrings::LoadFile(const WCHAR* pLanguage, const WCHAR* pPath)
 {
-    UIStringMapPtr& pStrings = m_languages[pLanguage];
-    if (!pStrings)
-        pStrings = boost::make_shared<UIStringMap>();
+    UIStringMap& strings = StringsOf(m_languages, pLanguage);
     CFileInUse use;
     if (use.file.Open(pPath) != 0)
         return;
     while (use.file.reader->ReadLine(&use.pLine, use.file.codePage) >= 0)
-        AddLine(*pStrings, use.pLine);
+        AddLine(strings, use.pLine);
 }

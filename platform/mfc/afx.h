@@ -79,7 +79,7 @@ public:
     BOOL FindFile(LPCTSTR pstrName);
     /// Whether another match follows the one that this call steps to.
     BOOL FindNextFileW();
-    /// The path of the match: its folder as FindFile got it, and its name.
+    /// The full path of the match, also where FindFile got a relative one. Not before the first FindNextFileW.
     CString GetFilePath() const { return m_strRoot + m_current.cFileName; }
     void Close();
 

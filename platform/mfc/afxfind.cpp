@@ -2,10 +2,25 @@
 
 #include <algorithm>
 
+namespace
+{
+/// The path itself if the system has no full one for it.
+CString FullPathOf(LPCTSTR pstrName)
+{
+    const DWORD size = ::GetFullPathNameW(pstrName, 0, nullptr, nullptr);
+    if (size == 0)
+        return pstrName;
+    CString path;
+    ::GetFullPathNameW(pstrName, size, path.GetBuffer(static_cast<int>(size)), nullptr);
+    path.ReleaseBuffer();
+    return path;
+}
+} // namespace
+
 BOOL CFileFind::FindFile(LPCTSTR pstrName)
 {
     Close();
-    const CString name(pstrName);
+    const CString name = FullPathOf(pstrName);
     m_strRoot = name.Left(std::max(name.ReverseFind(TEXT('\\')), name.ReverseFind(TEXT('/'))) + 1);
     m_hContext = ::FindFirstFileW(name, &m_next);
     return m_hContext != INVALID_HANDLE_VALUE;

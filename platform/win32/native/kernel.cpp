@@ -239,6 +239,22 @@ BOOL FindClose(HANDLE find)
     return TRUE;
 }
 
+DWORD GetFullPathNameW(LPCWSTR pPath, DWORD size, LPWSTR pBuffer, LPWSTR*)
+{
+    std::error_code error;
+    const auto absolute = std::filesystem::absolute(NativePath(pPath), error);
+    if (error)
+    {
+        SetLastError(ERROR_INVALID_NAME);
+        return 0;
+    }
+    const WString path = WindowsPath(absolute.lexically_normal().string());
+    if (path.size() >= size)
+        return static_cast<DWORD>(path.size() + 1);
+    std::copy_n(path.c_str(), path.size() + 1, pBuffer);
+    return static_cast<DWORD>(path.size());
+}
+
 HMODULE GetModuleHandleW(LPCWSTR pName)
 {
     static char s_executable;

@@ -68,6 +68,10 @@ HANDLE FindFirstFileW(LPCWSTR pPattern, WIN32_FIND_DATAW* pData);
 BOOL FindNextFileW(HANDLE find, WIN32_FIND_DATAW* pData);
 BOOL FindClose(HANDLE find);
 
+/// From the current folder, without . and .. parts. Returns the units without the NUL; if size does not do, what it must
+/// be, with the NUL; 0 on failure. ppName: only null.
+DWORD GetFullPathNameW(LPCWSTR pPath, DWORD size, LPWSTR pBuffer, LPWSTR* ppName);
+
 /// Only for null, the process's executable.
 HMODULE GetModuleHandleW(LPCWSTR pName);
 /// Only for the executable. Returns the units copied; a longer path is cut to size - 1 units and the result is size.
