@@ -1,0 +1,68 @@
+/// Storage and registry read their texts by the same rules: one table for both.
+#include "configuration/Storage.h"
+#include "projection/ProjectionRegistry.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+
+using testing::PrintToString;
+
+namespace
+{
+CString RegistryTextFor(const WCHAR* pStorageText)
+{
+    WString text = pStorageText;
+    const WCHAR* const words[] = {
+        TEXT("storage"),       TEXT("projectionRegistry"),   TEXT("Storage"), TEXT("ProjectionRegistry"),
+        TEXT("configuration"), TEXT("projectionDefinition"), TEXT(" id"),     TEXT(" name")};
+    for (size_t i = 0; i < std::size(words); i += 2)
+        for (size_t at; (at = text.find(words[i])) != WString::npos;)
+            text.replace(at, wcslen(words[i]), words[i + 1]);
+    return text.c_str();
+}
+} // namespace
+
+TEST(Parsing, ReadsWhatADamagedTextStillSays)
+{
+    const std::tuple<int, CString, std::vector<const WCHAR*>> rows[] = {
+        // result and identifiers of texts
+        {0,
+         TEXT(""),
+         {TEXT(""), TEXT("<Storage></Storage>"), TEXT("<x><storage><configuration id='QQ=='/></storage></x>"),
+          TEXT("<storage a='b' ")}},
+        {1,
+         TEXT(""),
+         {TEXT("<storage></storage>"), TEXT("<storage />"),
+          // A root without its end tag loses its children; another element loses them to the root.
+          TEXT("<storage><configuration id='QQ=='/>"), TEXT("<storage><configuration id='QQ=='/></storage"),
+          TEXT("<storage><configuration id='QQ=='/></other>")}},
+        {1,
+         TEXT("BA"),
+         {TEXT("<x><storage><configuration id='Qg=='/><configuration id='QQ=='/></storage>"),
+          TEXT("<storage><configuration id='Qg=='/><x><configuration id='QQ=='/></storage>"),
+          TEXT("<storage><configuration id='Qg=='><configuration id='QQ=='/></storage>"),
+          TEXT("t<a/><storage><configuration id='QkE='/></storage>t<storage><configuration id='Qg=='/></storage>"),
+          TEXT("<storage><configuration/><configuration id='!'/><configuration id='QkE!'/></storage>"),
+          TEXT("<?xml version='1.0'?>\r\n<!-- a --><storage>\n\t<other id='Qg=='/>t\n\t<configuration x=\"\" "
+               "id=\"Qg&#61;=\" id='QQ=='>")
+              TEXT("<configuration/>\n</configuration>\n<configuration id = 'QQ==' /></storage>")}}};
+    for (const auto& [result, expectedIds, texts] : rows)
+        for (const WCHAR* pXml : texts)
+        {
+            VLT::CStorage storage;
+            storage.AddConfiguration(boost::make_shared<VLT::CConfiguration>());
+            EXPECT_EQ(storage.ParseXML(pXml), result) << PrintToString(pXml);
+            CProjectionRegistry registry;
+            registry.m_definitions.push_back(boost::make_shared<CProjectionDefinition>());
+            EXPECT_EQ(registry.ParseXML(RegistryTextFor(pXml)), result) << PrintToString(pXml);
+            CString ids, names;
+            for (const auto& pRecord : *storage.GetConfigurationVector())
+                ids += pRecord->GetId();
+            for (const auto& pDefinition : registry.m_definitions)
+                names += pDefinition->m_name;
+            EXPECT_TRUE(ids == expectedIds && names == expectedIds) << PrintToString(pXml);
+            EXPECT_EQ(storage.ParseXML(nullptr) + registry.ParseXML(nullptr), 0);
+            EXPECT_TRUE(storage.GetConfigurationMapById()->empty() && registry.m_definitions.empty());
+        }
+}
