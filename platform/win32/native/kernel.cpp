@@ -9,11 +9,11 @@
 #include <cstring>
 #include <fcntl.h>
 #include <filesystem>
-#include <fnmatch.h>
 #include <limits>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 #include <unicode/uchar.h>
@@ -30,6 +30,7 @@ constexpr struct
     int error;
     DWORD code;
 } s_errorCodes[] = {
+    {0, ERROR_SUCCESS},
     {ENOENT, ERROR_FILE_NOT_FOUND},
     {ENOTDIR, ERROR_PATH_NOT_FOUND},
     {EMFILE, ERROR_TOO_MANY_OPEN_FILES},
@@ -41,6 +42,8 @@ constexpr struct
     {ENOMEM, ERROR_NOT_ENOUGH_MEMORY},
     {EIO, ERROR_READ_FAULT},
     {EBUSY, ERROR_SHARING_VIOLATION},
+    {ENOSPC, ERROR_DISK_FULL},
+    {EEXIST, ERROR_ALREADY_EXISTS},
     {EINVAL, ERROR_INVALID_PARAMETER},
     {ENAMETOOLONG, ERROR_FILENAME_EXCED_RANGE},
 };
@@ -112,18 +115,14 @@ DWORD FormatMessageW(DWORD flags, const void*, DWORD code, DWORD, LPWSTR pBuffer
 {
     const auto* pRow = std::find_if(std::begin(s_errorCodes), std::end(s_errorCodes),
                                     [code](const auto& row) { return row.code == code; });
-    if (flags != (FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM) || pRow == std::end(s_errorCodes))
-    {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return 0;
-    }
+    if (flags != (FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM))
+        return Failed(ERROR_INVALID_PARAMETER);
+    if (pRow == std::end(s_errorCodes))
+        return Failed(ERROR_MR_MID_NOT_FOUND);
     const std::string narrow = std::string(std::strerror(pRow->error)) + ".\r\n";
     auto* pText = static_cast<WCHAR*>(std::calloc(narrow.size() + 1, sizeof(WCHAR)));
     if (pText == nullptr)
-    {
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        return 0;
-    }
+        return Failed(ERROR_NOT_ENOUGH_MEMORY);
     const int units = MultiByteToWideChar(CP_UTF8, 0, narrow.data(), static_cast<int>(narrow.size()), pText,
                                           static_cast<int>(narrow.size()));
     *reinterpret_cast<LPWSTR*>(pBuffer) = pText;
@@ -136,14 +135,26 @@ HLOCAL LocalFree(HLOCAL block)
     return nullptr;
 }
 
+namespace
+{
+/// Windows tells a missing folder on the way from a missing file.
+DWORD OpenError(const std::string& path, int error)
+{
+    const auto folder = std::filesystem::path(path).parent_path();
+    const bool folderMissing = !folder.empty() && access(folder.c_str(), F_OK) != 0;
+    return error == ENOENT && (path.empty() || folderMissing) ? ERROR_PATH_NOT_FOUND : WindowsError(error);
+}
+} // namespace
+
 HANDLE CreateFileW(LPCWSTR pPath, DWORD access, DWORD, void*, DWORD disposition, DWORD, HANDLE)
 {
     if (disposition != OPEN_EXISTING && disposition != OPEN_ALWAYS)
         return FailedHandle(ERROR_INVALID_PARAMETER);
     const int flags = ((access & GENERIC_WRITE) != 0 ? O_RDWR : O_RDONLY) | (disposition == OPEN_ALWAYS ? O_CREAT : 0);
-    const int descriptor = open(NativePath(pPath).c_str(), flags | O_CLOEXEC, 0666);
+    const std::string path = NativePath(pPath);
+    const int descriptor = open(path.c_str(), flags | O_CLOEXEC, 0666);
     if (descriptor < 0)
-        return FailedHandle(WindowsError(errno));
+        return FailedHandle(OpenError(path, errno));
     struct stat status;
     if (fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode))
     {
@@ -187,54 +198,121 @@ BOOL CloseHandle(HANDLE file)
 
 namespace
 {
+struct CFindEntry
+{
+    WString name;
+    DWORD attributes;
+};
+
 /// The matches of one search, listed when it starts.
 struct CFindState
 {
-    std::vector<std::filesystem::directory_entry> matches;
+    std::vector<CFindEntry> matches;
     size_t next = 0;
 };
 
+WString UpperCase(WString text)
+{
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](WCHAR unit) { return static_cast<WCHAR>(u_toupper(unit)); });
+    return text;
+}
+
+/// * stands for any units, ? for one; both texts in upper case.
+bool MatchesPattern(const WString& name, const WString& pattern)
+{
+    size_t atName = 0;
+    size_t atPattern = 0;
+    size_t star = WString::npos; // the last * passed, which takes one unit more whenever the rest does not fit
+    size_t starEnd = 0;
+    while (atName < name.size())
+    {
+        const WCHAR wanted = atPattern < pattern.size() ? pattern[atPattern] : 0;
+        if (wanted == '*')
+        {
+            star = atPattern++;
+            starEnd = atName;
+        }
+        else if (wanted == '?' || wanted == name[atName])
+        {
+            ++atName;
+            ++atPattern;
+        }
+        else if (star != WString::npos)
+        {
+            atPattern = star + 1;
+            atName = ++starEnd;
+        }
+        else
+        {
+            return false;
+        }
+    }
+    return pattern.find_first_not_of(u'*', atPattern) == WString::npos;
+}
+
+/// The folder itself and its parent first, then what is in it, in the order of the names without regard to case.
+std::vector<CFindEntry> ListFolder(const std::filesystem::path& folder, std::error_code& error)
+{
+    std::vector<CFindEntry> entries = {{u".", FILE_ATTRIBUTE_DIRECTORY}, {u"..", FILE_ATTRIBUTE_DIRECTORY}};
+    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
+    {
+        std::error_code ignored;
+        const DWORD attributes = entry->is_directory(ignored) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_NORMAL;
+        entries.push_back({WindowsPath(entry->path().filename().string()), attributes});
+    }
+    std::sort(entries.begin() + 2, entries.end(),
+              [](const CFindEntry& left, const CFindEntry& right)
+              { return std::pair(UpperCase(left.name), left.name) < std::pair(UpperCase(right.name), right.name); });
+    return entries;
+}
+
 BOOL TakeMatch(CFindState& state, WIN32_FIND_DATAW* pData)
 {
-    while (state.next < state.matches.size())
-    {
-        const auto& entry = state.matches[state.next++];
-        const WString name = WindowsPath(entry.path().filename().string());
-        if (name.size() >= MAX_PATH)
-            continue; // does not fit the record; no Windows file system has such a name
-        std::error_code error;
-        pData->dwFileAttributes = entry.is_directory(error) ? FILE_ATTRIBUTE_DIRECTORY : FILE_ATTRIBUTE_NORMAL;
-        std::copy_n(name.c_str(), name.size() + 1, pData->cFileName);
-        return TRUE;
-    }
-    return Failed(ERROR_NO_MORE_FILES);
+    if (state.next == state.matches.size())
+        return Failed(ERROR_NO_MORE_FILES);
+    const CFindEntry& entry = state.matches[state.next++];
+    pData->dwFileAttributes = entry.attributes;
+    std::copy_n(entry.name.c_str(), entry.name.size() + 1, pData->cFileName);
+    return TRUE;
 }
 } // namespace
 
 HANDLE FindFirstFileW(LPCWSTR pPattern, WIN32_FIND_DATAW* pData)
 {
-    const std::filesystem::path pattern = NativePath(pPattern);
-    const auto folder = pattern.has_parent_path() ? pattern.parent_path() : std::filesystem::path(".");
+    const std::filesystem::path path = NativePath(pPattern);
+    const auto folder = path.has_parent_path() ? path.parent_path() : std::filesystem::path(".");
+    const WString pattern = UpperCase(WindowsPath(path.filename().string()));
+    const bool takesAll = pattern == u"*.*"; // an old promise: also the names without a dot
     auto pState = std::make_unique<CFindState>();
     std::error_code error;
-    for (std::filesystem::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error))
-        if (fnmatch(pattern.filename().c_str(), entry->path().filename().c_str(), FNM_CASEFOLD | FNM_NOESCAPE) == 0)
-            pState->matches.push_back(*entry);
+    pState->matches = ListFolder(folder, error);
     if (error)
-        return FailedHandle(ERROR_PATH_NOT_FOUND);
-    std::sort(pState->matches.begin(), pState->matches.end());
-    if (!TakeMatch(*pState, pData))
+        return FailedHandle(error.value() == ENOENT ? ERROR_PATH_NOT_FOUND : WindowsError(error.value()));
+    std::erase_if(pState->matches,
+                  [&](const CFindEntry& entry)
+                  {
+                      // A name that does not fit the record is one that no Windows file system has.
+                      const bool matches = takesAll || MatchesPattern(UpperCase(entry.name), pattern);
+                      return entry.name.size() >= MAX_PATH || !matches;
+                  });
+    if (pState->matches.empty())
         return FailedHandle(ERROR_FILE_NOT_FOUND);
+    TakeMatch(*pState, pData);
     return pState.release();
 }
 
 BOOL FindNextFileW(HANDLE find, WIN32_FIND_DATAW* pData)
 {
+    if (find == INVALID_HANDLE_VALUE)
+        return Failed(ERROR_INVALID_HANDLE);
     return TakeMatch(*static_cast<CFindState*>(find), pData);
 }
 
 BOOL FindClose(HANDLE find)
 {
+    if (find == INVALID_HANDLE_VALUE)
+        return Failed(ERROR_INVALID_HANDLE);
     delete static_cast<CFindState*>(find);
     return TRUE;
 }
@@ -260,7 +338,7 @@ HMODULE GetModuleHandleW(LPCWSTR pName)
     static char s_executable;
     if (pName == nullptr)
         return reinterpret_cast<HMODULE>(&s_executable);
-    SetLastError(ERROR_FILE_NOT_FOUND);
+    SetLastError(ERROR_MOD_NOT_FOUND);
     return nullptr;
 }
 
@@ -268,11 +346,10 @@ DWORD GetModuleFileNameW(HMODULE module, LPWSTR pBuffer, DWORD size)
 {
     std::error_code error;
     const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (module != GetModuleHandleW(nullptr) || error || size == 0)
-    {
-        SetLastError(ERROR_FILE_NOT_FOUND);
-        return 0;
-    }
+    if ((module != nullptr && module != GetModuleHandleW(nullptr)) || error)
+        return Failed(ERROR_MOD_NOT_FOUND);
+    if (size == 0)
+        return Failed(ERROR_INSUFFICIENT_BUFFER);
     const WString path = WindowsPath(executable.string());
     const size_t copied = std::min<size_t>(path.size(), size - 1);
     std::copy_n(path.c_str(), copied, pBuffer);
@@ -321,25 +398,16 @@ int FromCodePage(UINT codePage, const char* pBytes, int length, LPWSTR pText, in
     const int needed = ucnv_toUChars(pConverter.get(), pText, size, pBytes, length, &status);
     return ConversionResult(status, needed, size);
 }
-
-int ToCodePage(UINT codePage, LPCWSTR pText, int length, char* pBytes, int size)
-{
-    const CConverter pConverter = OpenCodePage(codePage);
-    if (!pConverter)
-        return ConversionResult(U_ILLEGAL_ARGUMENT_ERROR, 0, size);
-    UErrorCode status = U_ZERO_ERROR;
-    ucnv_setSubstChars(pConverter.get(), "?", 1, &status);
-    const int needed = ucnv_fromUChars(pConverter.get(), pBytes, size, pText, length, &status);
-    return ConversionResult(status, needed, size);
-}
 } // namespace
 
-int MultiByteToWideChar(UINT codePage, DWORD, const char* pBytes, int length, LPWSTR pText, int size)
+int MultiByteToWideChar(UINT codePage, DWORD flags, const char* pBytes, int length, LPWSTR pText, int size)
 {
+    if (flags != 0)
+        return Failed(ERROR_INVALID_FLAGS);
+    if (pBytes == nullptr || length == 0 || length < -1)
+        return Failed(ERROR_INVALID_PARAMETER);
     if (length == -1)
         length = static_cast<int>(std::strlen(pBytes)) + 1;
-    if (length <= 0)
-        return Failed(ERROR_INVALID_PARAMETER);
     if (codePage != CP_UTF8)
         return FromCodePage(codePage, pBytes, length, pText, size);
     UErrorCode status = U_ZERO_ERROR;
@@ -348,14 +416,17 @@ int MultiByteToWideChar(UINT codePage, DWORD, const char* pBytes, int length, LP
     return ConversionResult(status, needed, size);
 }
 
-int WideCharToMultiByte(UINT codePage, DWORD, LPCWSTR pText, int length, char* pBytes, int size, const char*, BOOL*)
+int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR pText, int length, char* pBytes, int size,
+                        const char* pDefaultChar, BOOL* pUsedDefaultChar)
 {
+    if (flags != 0)
+        return Failed(ERROR_INVALID_FLAGS);
+    if (codePage != CP_UTF8 || pDefaultChar != nullptr || pUsedDefaultChar != nullptr)
+        return Failed(ERROR_INVALID_PARAMETER);
+    if (pText == nullptr || length == 0 || length < -1)
+        return Failed(ERROR_INVALID_PARAMETER);
     if (length == -1)
         length = static_cast<int>(wcslen(pText)) + 1;
-    if (length <= 0)
-        return Failed(ERROR_INVALID_PARAMETER);
-    if (codePage != CP_UTF8)
-        return ToCodePage(codePage, pText, length, pBytes, size);
     UErrorCode status = U_ZERO_ERROR;
     int32_t needed = 0;
     u_strToUTF8WithSub(pBytes, size, &needed, pText, length, 0xFFFD, nullptr, &status);

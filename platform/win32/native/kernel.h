@@ -18,9 +18,14 @@ constexpr DWORD ERROR_READ_FAULT = 30;
 constexpr DWORD ERROR_SHARING_VIOLATION = 32;
 constexpr DWORD ERROR_LOCK_VIOLATION = 33;
 constexpr DWORD ERROR_INVALID_PARAMETER = 87;
+constexpr DWORD ERROR_DISK_FULL = 112;
 constexpr DWORD ERROR_INSUFFICIENT_BUFFER = 122;
 constexpr DWORD ERROR_INVALID_NAME = 123;
+constexpr DWORD ERROR_MOD_NOT_FOUND = 126;
+constexpr DWORD ERROR_ALREADY_EXISTS = 183;
 constexpr DWORD ERROR_FILENAME_EXCED_RANGE = 206;
+constexpr DWORD ERROR_MR_MID_NOT_FOUND = 317;
+constexpr DWORD ERROR_INVALID_FLAGS = 1004;
 constexpr DWORD ERROR_INVALID_WINDOW_HANDLE = 1400;
 constexpr DWORD ERROR_CANNOT_FIND_WND_CLASS = 1407;
 constexpr DWORD ERROR_INVALID_INDEX = 1413;
@@ -63,7 +68,8 @@ struct WIN32_FIND_DATAW
     DWORD dwFileAttributes;
     WCHAR cFileName[MAX_PATH];
 };
-/// A wildcard pattern (* and ?) in the last part of the path; case is ignored; matches come sorted by name.
+/// A wildcard pattern (* and ?) in the last part of the path; case is ignored. Matches come sorted by name without
+/// regard to case, behind "." and ".." where these match.
 HANDLE FindFirstFileW(LPCWSTR pPattern, WIN32_FIND_DATAW* pData);
 BOOL FindNextFileW(HANDLE find, WIN32_FIND_DATAW* pData);
 BOOL FindClose(HANDLE find);
@@ -74,15 +80,16 @@ DWORD GetFullPathNameW(LPCWSTR pPath, DWORD size, LPWSTR pBuffer, LPWSTR* ppName
 
 /// Only for null, the process's executable.
 HMODULE GetModuleHandleW(LPCWSTR pName);
-/// Only for the executable. Returns the units copied; a longer path is cut to size - 1 units and the result is size.
+/// Only for the executable, which null names too. Returns the units copied; a longer path is cut to size - 1 units and
+/// the result is size.
 DWORD GetModuleFileNameW(HMODULE module, LPWSTR pBuffer, DWORD size);
 
 constexpr UINT CP_ACP = 0; ///< Windows-1252 here
 constexpr UINT CP_UTF8 = 65001;
-/// CP_ACP, CP_UTF8 or a Windows code page of one byte a character. length -1: up to and with the NUL.
+/// CP_ACP, CP_UTF8 or the number of a Windows code page, without flags. length -1: up to and with the NUL.
 /// Ill-formed UTF-8 gives one U+FFFD for each maximal ill-formed part. size 0: only counts. 0 on failure.
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* pBytes, int length, LPWSTR pText, int size);
-/// CP_ACP or CP_UTF8. A lone surrogate becomes EF BF BD in UTF-8; a unit outside the code page becomes '?'.
+/// Only CP_UTF8, without flags and default character. A lone surrogate becomes EF BF BD.
 int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR pText, int length, char* pBytes, int size,
                         const char* pDefaultChar, BOOL* pUsedDefaultChar);
 

@@ -16,12 +16,14 @@ const WCHAR* wcschr(const WCHAR* pText, WCHAR unit);
 const WCHAR* wcsrchr(const WCHAR* pText, WCHAR unit);
 
 /// Limited to 32 bits, the width of long on Windows. Base 10 or 16. White space is blank, \t, \n, \v, \f and \r.
+/// Digits are those of the scripts that Windows knows, the fullwidth ones among them, not only 0 to 9.
 long wcstol(const WCHAR* pText, WCHAR** ppEnd, int base);
 /// As wcstol in base 10: out-of-range numbers become the nearest int.
 int _wtoi(const WCHAR* pText);
 
 /// Units 0x01 to 0xFF become the byte of that value; any other unit makes the call fail with (size_t)-1.
-/// pBytes null: only counts. count: bytes of room; the result is terminated if there is room for the NUL.
+/// Only the units that fit are looked at. pBytes null: only counts. count: bytes of room; the result is terminated if
+/// there is room for the NUL.
 size_t wcstombs(char* pBytes, const WCHAR* pText, size_t count);
 /// Every byte becomes the unit of that value; never fails. count: WCHARs of room.
 size_t mbstowcs(WCHAR* pText, const char* pBytes, size_t count);

@@ -1,0 +1,36 @@
+#pragma once
+#include "platform/text.h"
+
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+
+/// A folder of a test's own, gone afterwards. Its name is not ASCII alone.
+class CTestFolder
+{
+public:
+    CTestFolder()
+        : m_path(std::filesystem::temp_directory_path() /
+                 (u"veltrano_\u00FC_" + std::filesystem::path(std::to_string(std::random_device()())).u16string()))
+    {
+        std::filesystem::create_directories(m_path);
+    }
+    ~CTestFolder() { std::filesystem::remove_all(m_path); }
+    CTestFolder(const CTestFolder&) = delete;
+    CTestFolder& operator=(const CTestFolder&) = delete;
+
+    void Write(const std::u16string& name, const char* pBytes) const
+    {
+        std::ofstream(m_path / name, std::ios::binary) << pBytes;
+    }
+    /// The Windows path of a name in the folder, or of the folder itself.
+    WString Path(const WString& name = WString()) const
+    {
+        const std::u16string path = m_path.u16string();
+        const WString folder(path.begin(), path.end());
+        return name.empty() ? folder : folder + TEXT("\\") + name;
+    }
+
+    const std::filesystem::path m_path;
+};

@@ -1,0 +1,153 @@
+#include "platform/text.h"
+#include "platform/win32/win32.h"
+#include "tests/platform/TestFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <climits>
+#include <cstdlib>
+#include <string>
+
+namespace
+{
+int Format(WCHAR* pBuffer, size_t size, size_t count, const WCHAR* pFormat, ...)
+{
+    va_list arguments;
+    va_start(arguments, pFormat);
+    const int written = _vsnwprintf_s(pBuffer, size, count, pFormat, arguments);
+    va_end(arguments);
+    return written;
+}
+} // namespace
+
+// Where a number ends and how it is limited: identifiers and character references are read with these calls.
+TEST(Runtime, NumbersInText)
+{
+    const struct
+    {
+        const WCHAR* pText;
+        int base;
+        long value;
+        int end; // units taken
+    } rows[] = {
+        {TEXT("65;"), 10, 65, 2},
+        {TEXT("\t\n\v\f\r -7x"), 10, -7, 8},
+        {TEXT("+8"), 10, 8, 2},
+        {TEXT(""), 10, 0, 0},
+        {TEXT(" x"), 10, 0, 0},
+        {TEXT("-"), 10, 0, 0},
+        {TEXT("--1"), 10, 0, 0},
+        {TEXT("1 2"), 10, 1, 1},
+        {TEXT("2147483648"), 10, INT_MAX, 10},
+        {TEXT("-2147483649"), 10, INT_MIN, 11},
+        {TEXT("99999999999999999999"), 10, INT_MAX, 20},
+        {TEXT("0x41"), 10, 0, 1},
+        {TEXT("0x41"), 16, 0x41, 4},
+        {TEXT("-0Xfg"), 16, -0xF, 4},
+        {TEXT("aFg"), 16, 0xAF, 2},
+        {TEXT("\uFF11\u0662"), 10, 12, 2}, // fullwidth and Arabic-Indic digits
+    };
+    for (const auto& row : rows)
+    {
+        WCHAR* pEnd = nullptr;
+        EXPECT_EQ(wcstol(row.pText, &pEnd, row.base), row.value) << &row - rows;
+        EXPECT_EQ(pEnd - row.pText, row.end) << &row - rows;
+        const long whole = row.base == 10 ? _wtoi(row.pText) : row.value;
+        EXPECT_EQ(whole, row.value) << &row - rows;
+    }
+}
+
+// Every byte has its unit and back, the controls of 0x80 to 0x9F too: no code page comes in between.
+TEST(Runtime, BytesAndUnitsAreOneToOne)
+{
+    std::string bytes;
+    WString text;
+    for (int i = 1; i <= 0xFF; ++i)
+    {
+        bytes += static_cast<char>(i);
+        text += static_cast<WCHAR>(i);
+    }
+    WString wide(256, TEXT('#'));
+    EXPECT_EQ(mbstowcs(wide.data(), bytes.c_str(), 256), 255u);
+    EXPECT_TRUE(wide.c_str() == text);
+    std::string narrow(256, '#');
+    EXPECT_EQ(wcstombs(narrow.data(), text.c_str(), 256), 255u);
+    EXPECT_TRUE(narrow.c_str() == bytes);
+}
+
+TEST(Runtime, NarrowingStopsAtTheRoomAndAtForeignUnits)
+{
+    const size_t failed = static_cast<size_t>(-1);
+    const struct
+    {
+        const WCHAR* pText;
+        size_t room;
+        size_t result;
+        std::string buffer; // of four bytes that were '#'
+    } rows[] = {
+        {TEXT("ab"), 4, 2, std::string("ab\0#", 4)},
+        {TEXT("ab"), 2, 2, "ab##"},
+        {TEXT("ab"), 1, 1, "a###"},
+        {TEXT(""), 4, 0, std::string("\0###", 4)},
+        {TEXT("a\u0100"), 1, 1, "a###"},
+        {TEXT("\u0100"), 4, failed, "####"},
+        {TEXT("\xD83D\xDE00"), 4, failed, "####"},
+    };
+    for (const auto& row : rows)
+    {
+        std::string buffer(4, '#');
+        errno = 0;
+        EXPECT_EQ(wcstombs(buffer.data(), row.pText, row.room), row.result) << &row - rows;
+        EXPECT_EQ(errno, row.result == failed ? EILSEQ : 0) << &row - rows;
+        EXPECT_EQ(buffer, row.buffer) << &row - rows;
+    }
+    EXPECT_EQ(wcstombs(nullptr, TEXT("\u00FCb"), 0), 2u);
+    EXPECT_EQ(wcstombs(nullptr, TEXT("a\u0100"), 0), 2u); // counting looks at no unit
+    EXPECT_EQ(mbstowcs(static_cast<WCHAR*>(nullptr), "\xFC\x80", 0), 2u);
+}
+
+TEST(Runtime, FormattingIsCutToTheBuffer)
+{
+    const struct
+    {
+        size_t size;
+        size_t count;
+        int result;
+        const WCHAR* pText;
+    } rows[] = {
+        {12, _TRUNCATE, 11, TEXT("-7 %: x, 2A")},
+        {11, _TRUNCATE, -1, TEXT("-7 %: x, 2")},
+        {1, _TRUNCATE, -1, TEXT("")},
+        {12, 11, 11, TEXT("-7 %: x, 2A")},
+        {12, 3, -1, TEXT("-7 ")},
+    };
+    for (const auto& row : rows)
+    {
+        WString buffer(16, TEXT('#'));
+        EXPECT_EQ(Format(buffer.data(), row.size, row.count, TEXT("%d %%: %s, %u%c"), -7, TEXT("x"), 2u, 'A'),
+                  row.result)
+            << &row - rows;
+        EXPECT_TRUE(WString(row.pText) == buffer.c_str()) << &row - rows;
+        EXPECT_EQ(buffer[row.size], TEXT('#')) << &row - rows;
+    }
+    WCHAR buffer[32];
+    EXPECT_EQ(Format(buffer, 32, _TRUNCATE, TEXT("%s|%d|%x"), nullptr, INT_MIN, 0xBEEFu), 23);
+    EXPECT_TRUE(WString(buffer) == TEXT("(null)|-2147483648|beef"));
+}
+
+TEST(Runtime, OpensFilesButNoFolders)
+{
+    const CTestFolder folder;
+    folder.Write(u"file", "x\r\ny");
+    errno = 0;
+    EXPECT_EQ(_wfopen(folder.Path().c_str(), TEXT("rb")), nullptr);
+    EXPECT_EQ(errno, EACCES);
+    EXPECT_EQ(_wfopen(folder.Path(TEXT("missing")).c_str(), TEXT("rb")), nullptr);
+    EXPECT_EQ(errno, ENOENT);
+    FILE* pFile = _wfopen(folder.Path(TEXT("file")).c_str(), TEXT("rb"));
+    ASSERT_NE(pFile, nullptr);
+    char bytes[8];
+    EXPECT_EQ(fread(bytes, 1, 8, pFile), 4u);
+    fclose(pFile);
+}
