@@ -1,10 +1,18 @@
 #pragma once
-/// Texts and tables in a form that reads well in a failed expectation.
+/// Texts and records in a form that reads well in a failed expectation.
+#include "platform/text.h"
 #include "xml/XmlDocument.h"
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <string>
+#include <vector>
+
+/// For checks whose outcome the system's own calls decide.
+constexpr bool OnWindows = std::filesystem::path::preferred_separator == '\\';
+
+using Strings = std::vector<std::string>;
 
 /// ASCII as it is, any other unit as <U+XXXX>.
 inline std::string Readable(const CString& text)
