@@ -210,11 +210,11 @@ void CPlainXml::AddElement(const CPlainNode& node, int32_t parent, uint32_t leve
     m_records.push_back(record);
 }
 
-// The children move up and follow their former parent, with the level and the flags that they had.
+// The length stays that of the start tag. The children move up and follow their former parent, with the level and the
+// flags that they had.
 void CPlainXml::CloseUnended(int32_t element)
 {
     CPlainRecord& unended = m_records[element];
-    unended.length = static_cast<int32_t>(unended.tagLengths & StartTagMask);
     m_records[unended.parent].levelAndFlags |= unended.levelAndFlags & IllFormedFlag;
     unended.levelAndFlags = (unended.levelAndFlags & ~IllFormedFlag) | UnendedFlag;
     int32_t before = element;

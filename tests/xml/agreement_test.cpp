@@ -1,0 +1,321 @@
+// The module's document and its plain second form must agree in everything that can be seen of them, on texts of all
+// kinds of damage. A failure names the text, cut down as far as the difference stays, as a literal to paste into a
+// test.
+#include "tests/xml/PlainXml.h"
+#include "xml/XmlDocument.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <random>
+
+namespace
+{
+#ifdef __SANITIZE_ADDRESS__
+constexpr int s_effort = 1;
+#else
+constexpr int s_effort = 12; // as many times what is tried under the sanitizers
+#endif
+
+// The pieces of a list in which `|` separates them.
+std::vector<WString> Split(const WString& list)
+{
+    std::vector<WString> pieces(1);
+    for (const WCHAR c : list)
+        if (c == '|')
+            pieces.emplace_back();
+        else
+            pieces.back() += c;
+    return pieces;
+}
+
+std::string Printable(const WString& text)
+{
+    std::string result;
+    for (const WCHAR c : text)
+    {
+        char hex[16];
+        std::snprintf(hex, sizeof hex, "\\x%x\" \"", static_cast<unsigned>(c));
+        result += c < 0x20 || c > 0x7E ? hex : std::string(c == '"' || c == '\\', '\\') + static_cast<char>(c);
+    }
+    return "\"" + result + "\"";
+}
+
+WString Units(const CString& text)
+{
+    return WString(text.GetString(), static_cast<size_t>(text.GetLength()));
+}
+
+class CBothForms
+{
+public:
+    // Parses, twice, so that the table and the messages of the first time are there at the second, and walks.
+    // Empty if the two agree, else the first thing in which they differ.
+    std::string Compare(const WString& text)
+    {
+        const bool endsEarly = text.find(WCHAR(0)) != WString::npos; // no text for SetText
+        m_engine.m_text = CString(text.c_str(), static_cast<int>(text.size()));
+        m_plain.m_text = text;
+        if (endsEarly)
+            Same("Parse", m_engine.Parse(), m_plain.Parse());
+        else
+            Same("SetText", m_engine.SetText(text.c_str()), m_plain.SetText(text.c_str()));
+        CompareTables();
+        Same("Parse again", m_engine.Parse(), m_plain.Parse());
+        CompareTables();
+        Walk();
+        return m_difference;
+    }
+
+private:
+    void CompareTables()
+    {
+        SameText("m_text", m_engine.m_text, m_plain.m_text);
+        SameText("m_result", m_engine.m_result, m_plain.m_result);
+        Same("m_capacity", m_engine.m_capacity, m_plain.m_capacity);
+        Same("m_segmentSlots", m_engine.m_segmentSlots, m_plain.m_segmentSlots);
+        Same("m_usedPositions", m_engine.m_usedPositions, static_cast<int>(m_plain.m_records.size()));
+        CompareCursors();
+        const auto fields = [](const auto& r)
+        {
+            return std::array<int64_t, 8>{r.start,  r.length,     r.tagLengths,  r.levelAndFlags,
+                                          r.parent, r.firstChild, r.nextSibling, r.prevSibling};
+        };
+        const char* const names[] = {"start",  "length",     "tagLengths",  "levelAndFlags",
+                                     "parent", "firstChild", "nextSibling", "prevSibling"};
+        for (int i = 0; m_difference.empty() && i < m_engine.m_usedPositions; ++i)
+            for (size_t field = 0; field < 8; ++field)
+                if (const auto mine = fields(m_engine.At(i))[field], other = fields(m_plain.m_records[i])[field];
+                    mine != other)
+                    Same(("record " + std::to_string(i) + " " + names[field]).c_str(), mine, other);
+    }
+
+    // From every element, in a long table from some: its attributes, and its children, by each name.
+    void Walk()
+    {
+        static constexpr const WCHAR* s_names[] = {TEXT("a"),        TEXT("a[1]"), TEXT("b="),
+                                                   TEXT("\u00FC x"), TEXT(""),     nullptr};
+        const int used = m_engine.m_usedPositions;
+        for (int i = 0; m_difference.empty() && i < used; i += used / 40 + 1)
+            for (const WCHAR* pName : s_names)
+            {
+                m_engine.m_parentPos = m_plain.m_parentPos = m_plain.m_records[i].parent;
+                m_engine.m_currentPos = m_plain.m_currentPos = i;
+                m_engine.m_nodeType = m_plain.m_nodeType = i == 0 ? 0 : 1;
+                SameText("GetAttribute", m_engine.GetAttribute(pName), m_plain.GetAttribute(pName));
+                SameText("GetAttributeAt", m_engine.GetAttributeAt(used - 1, pName),
+                         m_plain.GetAttributeAt(used - 1, pName));
+                m_engine.EnterElement();
+                m_plain.EnterElement();
+                CompareCursors();
+                bool found = true;
+                for (int count = 0; found && count < 20; ++count)
+                {
+                    found = m_engine.FindElement(pName);
+                    Same("FindElement", found, m_plain.FindElement(pName));
+                    CompareCursors();
+                }
+            }
+    }
+
+    void CompareCursors()
+    {
+        Same("m_parentPos", m_engine.m_parentPos, m_plain.m_parentPos);
+        Same("m_currentPos", m_engine.m_currentPos, m_plain.m_currentPos);
+        Same("m_nodeType", m_engine.m_nodeType, m_plain.m_nodeType);
+    }
+
+    void Same(const char* pWhat, int64_t engine, int64_t plain)
+    {
+        if (engine != plain && m_difference.empty())
+            m_difference = pWhat + (": " + std::to_string(engine)) + " in the module, plainly " + std::to_string(plain);
+    }
+
+    void SameText(const char* pWhat, const CString& engine, const WString& plain)
+    {
+        if (m_difference.empty() && Units(engine) != plain)
+            m_difference = pWhat + (": " + Printable(Units(engine))) + " in the module, plainly " + Printable(plain);
+    }
+
+    CXmlDocument m_engine;
+    CPlainXml m_plain;
+    std::string m_difference;
+};
+
+// False, and a failure, if they differ. A long text is not cut down, since that takes a parse for each try.
+bool Agree(CBothForms& forms, WString text)
+{
+    std::string difference = forms.Compare(text);
+    if (difference.empty())
+        return true;
+    size_t size = text.size() > 20'000 ? 0 : text.size();
+    for (; size > 0; size = size / 2)
+        for (size_t at = 0; at + size <= text.size();)
+        {
+            const WString shorter = WString(text).erase(at, size);
+            const std::string still = CBothForms().Compare(shorter);
+            at += still.empty() ? 1 : 0;
+            text = still.empty() ? text : shorter;
+            difference = still.empty() ? difference : still;
+        }
+    ADD_FAILURE() << "TEXT(" << Printable(text.substr(0, 5'000)) << "), " << text.size() << " units\n" << difference;
+    return false;
+}
+
+// Every text of a row of up to `longest` of the pieces, between prefix and suffix.
+void TryEveryRow(const WString& prefix, const std::vector<WString>& pieces, size_t longest, const WString& suffix)
+{
+    std::vector<size_t> row;
+    while (row.size() <= longest)
+    {
+        WString text = prefix;
+        for (const size_t piece : row)
+            text += pieces[piece];
+        CBothForms forms;
+        if (!Agree(forms, text + suffix))
+            return;
+        size_t place = 0; // count on, in as many digits as the row has pieces
+        while (place < row.size() && ++row[place] == pieces.size())
+            row[place++] = 0;
+        if (place == row.size())
+            row.push_back(0);
+    }
+}
+
+// Writes documents that are nearly right, and damages them.
+class CDamagedTexts
+{
+public:
+    WString Next()
+    {
+        WString text;
+        for (int i = Below(3); i >= 0; --i)
+            text += Below(3) == 0 ? Content() : Element(Below(7));
+        for (int i = Below(8); i > 0 && !text.empty(); --i)
+            Damage(text);
+        return text;
+    }
+
+    int Below(size_t limit) { return static_cast<int>(m_random() % limit); }
+    const WString& Pick(const std::vector<WString>& pieces) { return pieces[Below(pieces.size())]; }
+
+private:
+    WString Content()
+    {
+        static const auto s_contents = Split(TEXT("text| \n|x > y|<!-- </a> -->|<!---->|<![CDATA[</a>]]>|<?xml <a> ?>|")
+                                                 TEXT("<!ENTITY e '>'>|<!ATTLIST a \">\">|&lt;|<1 'x'>|</>"));
+        if (Below(4) != 0)
+            return Pick(s_contents);
+        WString doctype = TEXT("<!DOCTYPE a [");
+        for (int i = Below(4); i > 0; --i)
+            doctype += Below(3) == 0 ? Element(0) : Below(2) == 0 ? Pick(m_pieces) : Content();
+        return doctype + TEXT("]>");
+    }
+
+    WString Element(int depth)
+    {
+        static const auto s_names = Split(TEXT("a|a|b|aa|a[1]|b=x|\u00FC:<"));
+        static const auto s_whites = Split(TEXT(" |\n|\t \r"));
+        static const auto s_quotes = Split(TEXT("\"|\"|'||"));
+        static const auto s_equals = Split(TEXT("=|=|= |\n=| "));
+        static const auto s_ends = Split(TEXT("/>| />|/ >"));
+        static const auto s_endTagEnds = Split(TEXT(">|>|\t'>"));
+        const WString name = Pick(s_names);
+        WString text = TEXT("<") + name;
+        for (int i = Below(4); i > 0; --i)
+        {
+            const WString quote = Pick(s_quotes);
+            text += Pick(s_whites) + Pick(s_names) + Pick(s_equals) + quote;
+            for (int j = Below(4); j > 0; --j)
+                text += Below(2) == 0 ? Pick(m_pieces) : Pick(s_names);
+            text += quote;
+        }
+        if (Below(3) == 0)
+            return text + Pick(s_ends);
+        text += TEXT(">");
+        for (int i = Below(4); i > 0; --i)
+            text += depth > 0 && Below(3) != 0 ? Element(depth - 1) : Content();
+        return text + TEXT("</") + (Below(12) == 0 ? Pick(s_names) : name) + Pick(s_endTagEnds);
+    }
+
+    void Damage(WString& text)
+    {
+        // Among them what looks like a delimiter in one of its bytes, and with its sign lost.
+        static constexpr WCHAR s_units[] = {0,      1,      0x7F,   0xA0, 0x3C00, 0x13E, 0x8026, 0xFF3C,
+                                            0xD83C, 0xFFFF, 0x2022, '<',  '>',    '/',   '"',    '\''};
+        const int at = Below(text.size());
+        const int other = Below(text.size());
+        const int kind = Below(12);
+        if (kind < 2)
+            text[at] = s_units[Below(std::size(s_units))];
+        else if (kind < 5)
+            text.erase(at, 1 + Below(4));
+        else if (kind < 6)
+            text.erase(std::max(at, other));
+        else if (kind < 7)
+            text.insert(at, Below(70), text[other]); // a run that fills some blocks of a fast search
+        else if (kind < 8)
+            text.insert(other, WString(text, at, Below(12)));
+        else if (kind < 9)
+            std::swap(text[at], text[other]);
+        else
+            text.insert(at, Pick(m_pieces));
+    }
+
+    const std::vector<WString> m_pieces = Split(
+        TEXT("<|>|/|\"|'|=|&|]]>|-->|?>|<!|<!-|<!D|<!E|<![C|<?|</|</a>|<b>|&amp;|&quot|&#65;|&#x 0x42;|&#-12345;|")
+            TEXT("&#65536;|&#x0012345;|\u00FC|\xD834\xDD1E|1| |\v|\u3C3E"));
+    std::mt19937 m_random{5489};
+};
+
+WString Repeated(const WCHAR* pText, int count)
+{
+    WString text;
+    while (count-- > 0)
+        text += pText;
+    return text;
+}
+
+TEST(XmlAgreement, EveryShortText)
+{
+    const size_t more = s_effort > 1 ? 1 : 0;
+    const auto markup = Split(TEXT("<a|<b>|</a>|</b|<|>|/>|/| |\"|'|!|<!D|<!E|<!--|--|<![C|]]|<?|?|=|[]"));
+    TryEveryRow(TEXT(""), Split(TEXT("<|>|/|a|\"| |!|-|D")), 4 + more, TEXT(""));
+    TryEveryRow(TEXT(""), markup, 3 + more, TEXT(""));
+    TryEveryRow(TEXT("<a><!D"), markup, 3, TEXT("></a>"));
+    TryEveryRow(TEXT("<a "), Split(TEXT("a|b|=|\"|'|/|>| ")), 4 + more, TEXT(">"));
+    TryEveryRow(TEXT("<r a=\"&#"), Split(TEXT("0|x|41|-|+| \v|;|&lt;|b")), 4 + more, TEXT("\" b=';'>"));
+}
+
+TEST(XmlAgreement, DamagedTexts)
+{
+    CDamagedTexts texts;
+    auto pForms = std::make_unique<CBothForms>();
+    for (int i = 0; i < 20'000 * s_effort; ++i)
+    {
+        if (i % 8 == 0) // what has held a text before must not differ from what is fresh
+            pForms = std::make_unique<CBothForms>();
+        if (!Agree(*pForms, texts.Next()))
+            return;
+    }
+}
+
+// Tables of several segments, and levels and lengths that do not fit their bits.
+TEST(XmlAgreement, LongTexts)
+{
+    const auto tags = Split(TEXT("<a>|</a>|<b/>|<b/>|</b>|<b x='1'>|</b>"));
+    CDamagedTexts texts;
+    WString mixed = TEXT("<r>");
+    for (int i = 0; i < 200'000; ++i)
+        mixed += texts.Pick(tags);
+    const WString blanks = Repeated(TEXT("        "), 600'000); // more than 22 bits tell
+    CBothForms forms;
+    for (const WString& text :
+         {Repeated(TEXT("<a/>"), 70'000), mixed, mixed.substr(1'000, 50'000), WString(),
+          Repeated(TEXT("<a>"), 66'000) + Repeated(TEXT("</a >"), 66'000),
+          TEXT("<a") + blanks + TEXT("></a") + blanks + TEXT(">"), TEXT("<r><a") + blanks + TEXT("></r><b>") + blanks,
+          blanks + blanks + Repeated(TEXT("<a/>"), 140'000)})
+        if (!Agree(forms, text))
+            return;
+}
+} // namespace
