@@ -151,14 +151,15 @@ public:
     {
         va_list arguments;
         va_start(arguments, pFormat);
-        va_list again;
-        va_copy(again, arguments);
         const int length = ::_vscwprintf(pFormat, arguments);
         va_end(arguments);
+        if (length < 0) // more than an int can count
+            throw std::bad_alloc();
         CStringT formatted;
         const PXSTR pBuffer = formatted.GetBuffer(length);
-        ::_vsnwprintf_s(pBuffer, static_cast<size_t>(length) + 1, static_cast<size_t>(length), pFormat, again);
-        va_end(again);
+        va_start(arguments, pFormat);
+        ::_vsnwprintf_s(pBuffer, static_cast<size_t>(length) + 1, static_cast<size_t>(length), pFormat, arguments);
+        va_end(arguments);
         formatted.ReleaseBufferSetLength(length);
         formatted.Swap(*this);
     }

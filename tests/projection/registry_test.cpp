@@ -28,7 +28,7 @@ TEST(ProjectionRegistry, WritesOneLineOfAsciiWhateverItHolds)
     EXPECT_EQ(registry.GetXML(), xml);
     EXPECT_EQ(registry.m_definitions.at(1)->m_name, name);
 
-    registry.m_definitions[0]->m_name = s_pipe;
+    registry.m_definitions[0]->m_name = s_pipe.GetString();             // text of its own
     EXPECT_EQ(registry.ParseXML(registry.m_definitions[0]->m_name), 1); // the text is part of what it replaces
     EXPECT_EQ(registry.GetXML(), s_pipe);
 }

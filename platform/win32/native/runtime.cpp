@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <climits>
 #include <limits>
 #include <string>
 #include <string_view>
@@ -232,7 +233,7 @@ int _vscwprintf(const WCHAR* pFormat, va_list arguments)
 {
     CFormatOutput output(nullptr, 0);
     Format(output, pFormat, arguments);
-    return static_cast<int>(output.GetCount());
+    return output.GetCount() > INT_MAX ? -1 : static_cast<int>(output.GetCount());
 }
 
 FILE* _wfopen(const WCHAR* pPath, const WCHAR* pMode)

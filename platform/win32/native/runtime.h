@@ -31,7 +31,7 @@ size_t mbstowcs(WCHAR* pText, const char* pBytes, size_t count);
 /// Formats %s (a const WCHAR*), %d, %u, %x, %c and %% without widths or flags. count: _TRUNCATE cuts a longer text to
 /// size - 1 units and returns -1; otherwise the text must fit. Returns the units written, without the NUL.
 int _vsnwprintf_s(WCHAR* pBuffer, size_t size, size_t count, const WCHAR* pFormat, va_list arguments);
-/// The units that such a text needs, without the NUL.
+/// The units that such a text needs, without the NUL; -1 for more than 2^31 - 1.
 int _vscwprintf(const WCHAR* pFormat, va_list arguments);
 
 /// fopen by a wide path: '\\' separates folders as '/' does. A folder is refused with EACCES, as on Windows.
