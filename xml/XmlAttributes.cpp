@@ -128,7 +128,8 @@ Reference ReadNamedReference(const WCHAR* pReference, int room)
 }
 
 /// pReference: at the & of "&#". At most seven units stand before the ;. They are read as the runtime reads a number:
-/// with white space, a sign and, in base 16, a prefix before it and whatever behind it.
+/// with white space, a sign and, in base 16, a prefix before it and whatever behind it. Runtimes differ in what they take
+/// for digits and blanks beyond ASCII; XML has none of them, so the number ends there.
 Reference ReadNumericReference(const WCHAR* pReference)
 {
     const bool isHex = pReference[2] == TEXT('x');
@@ -138,7 +139,9 @@ Reference ReadNumericReference(const WCHAR* pReference)
         ++pEnd;
     if (*pEnd != TEXT(';'))
         return {0, 0};
-    const long value = wcstol(pNumber, nullptr, isHex ? 16 : 10);
+    WCHAR number[8] = {};
+    std::copy(pNumber, std::find_if(pNumber, pEnd, [](WCHAR unit) { return unit > 0x7F; }), number);
+    const long value = wcstol(number, nullptr, isHex ? 16 : 10);
     if (value == 0)
         return {0, 0};
     return {static_cast<int>(pEnd + 1 - pReference), static_cast<WCHAR>(value & 0xFFFF)};
