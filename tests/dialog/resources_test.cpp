@@ -1,10 +1,10 @@
 #include "platform/mfc/afxwin.h"
+#include "platform/text.h"
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <string>
-#include <utility>
 
 namespace
 {
@@ -117,20 +117,12 @@ TEST(Resources, LayoutVersionManifestAndTexts)
 {
     EXPECT_EQ(Bytes(TEXT("AFX_DIALOG_LAYOUT"), 1000, EnglishUS), std::string(2, '\0'));
 
-    const std::string version = Bytes(RT_VERSION, 1, EnglishUS);
+    std::string version = Bytes(RT_VERSION, 1, EnglishUS);
     EXPECT_NE(version.find(std::string("\0\0\1\0\1\0\0\0\0\0\1\0\1\0\0\0", 16)), std::string::npos) << "twice 1.0.0.1";
-    const WString units(reinterpret_cast<const WCHAR*>(version.data()), version.size() / sizeof(WCHAR));
-    const std::pair<const WCHAR*, const WCHAR*> fields[] = {{TEXT("FileVersion"), TEXT("1.0.0.1")},
-                                                            {TEXT("ProductVersion"), TEXT("1.0.0.1")},
-                                                            {TEXT("InternalName"), TEXT("VeltranoCommands.dll")},
-                                                            {TEXT("OriginalFilename"), TEXT("VeltranoCommands.dll")}};
-    for (const auto& [pName, pValue] : fields)
-    {
-        const size_t name = units.find(pName);
-        ASSERT_NE(name, WString::npos);
-        const size_t value = units.find_first_not_of(WCHAR(0), units.find(WCHAR(0), name));
-        EXPECT_TRUE(WString(units.c_str() + value) == pValue); // up to its NUL
-    }
+    std::erase(version, '\0'); // leaves each name with its value behind it
+    for (const char* pField : {"FileVersion1.0.0.1", "ProductVersion1.0.0.1", "InternalNameVeltranoCommands.dll",
+                               "OriginalFilenameVeltranoCommands.dll"})
+        EXPECT_NE(version.find(pField), std::string::npos) << pField;
 
     const std::string manifest = Bytes(RT_MANIFEST, 2, EnglishUS);
     EXPECT_NE(manifest.find("level=\"asInvoker\" uiAccess=\"false\""), std::string::npos);
