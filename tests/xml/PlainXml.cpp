@@ -1,5 +1,6 @@
 #include "tests/xml/PlainXml.h"
 
+#include <cstdlib>
 #include <string_view>
 
 namespace
@@ -64,25 +65,13 @@ bool NameMatches(const WString& token, const WString& name)
            (name.size() == token.size() || IsOneOf(name[token.size()], TEXT(" =/[]")));
 }
 
-int32_t DigitValue(WCHAR c)
+// As wcstol does with ASCII: no other unit counts as white space or digit. At most seven units, so nothing overflows.
+int32_t ReadNumber(const WCHAR* p, int32_t length, int32_t base)
 {
-    const size_t index = View(TEXT("0123456789abcdefABCDEF")).find(c);
-    return static_cast<int32_t>(index == View::npos ? 99 : index < 16 ? index : index - 6);
-}
-
-// As wcstol does, for at most seven units, so that nothing overflows.
-int32_t ReadNumber(const WCHAR* p, int32_t base)
-{
-    p += Skip(p, 0, TEXT(" \t\n\v\f\r"));
-    const bool isNegative = *p == TEXT('-');
-    if (isNegative || *p == TEXT('+'))
-        ++p;
-    if (base == 16 && p[0] == TEXT('0') && IsOneOf(p[1], TEXT("xX")) && DigitValue(p[2]) < 16)
-        p += 2;
-    int32_t value = 0;
-    for (; DigitValue(*p) < base; ++p)
-        value = value * base + DigitValue(*p);
-    return isNegative ? -value : value;
+    std::string narrow;
+    for (const WCHAR c : View(p, length))
+        narrow += c < 0x80 ? static_cast<char>(c) : '?';
+    return static_cast<int32_t>(std::strtol(narrow.c_str(), nullptr, base));
 }
 } // namespace
 
@@ -405,7 +394,7 @@ WString CPlainXml::DecodeEntities(const WCHAR* pSource, int32_t length)
             const int32_t base = p[2] == TEXT('x') ? 16 : 10;
             const int32_t begin = base == 16 ? 3 : 2;
             const int32_t end = Find(p, begin, TEXT(";")); // not held back by the length
-            const int32_t value = p[end] != 0 && end - begin <= 7 ? ReadNumber(p + begin, base) : 0;
+            const int32_t value = p[end] != 0 && end - begin <= 7 ? ReadNumber(p + begin, end - begin, base) : 0;
             output = value != 0 ? static_cast<WCHAR>(value) : *p;
             next = value != 0 ? i + end + 1 : next;
         }

@@ -64,6 +64,8 @@ public:
         Same("Parse again", m_engine.Parse(), m_plain.Parse());
         CompareTables();
         Walk();
+        const auto half = static_cast<int>(text.size() / 2); // cuts through references
+        SameText("DecodeEntities", DecodeEntities(text.c_str(), half), CPlainXml::DecodeEntities(text.c_str(), half));
         return m_difference;
     }
 
@@ -240,8 +242,9 @@ private:
 
     void Damage(WString& text)
     {
-        // Among them what looks like a delimiter in one of its bytes, and with its sign lost.
-        static constexpr WCHAR s_units[] = {0,      1,      0x7F,   0xA0, 0x3C00, 0x13E, 0x8026, 0xFF3C,
+        // Among them what looks like a delimiter in one of its bytes. No white space or digit beyond ASCII: whether a
+        // reference may hold those is for the runtime's wcstol to say.
+        static constexpr WCHAR s_units[] = {0,      1,      0x7F,   0xAF, 0x3C00, 0x13E, 0x8026, 0xFF3C,
                                             0xD83C, 0xFFFF, 0x2022, '<',  '>',    '/',   '"',    '\''};
         const int at = Below(text.size());
         const int other = Below(text.size());
@@ -264,7 +267,7 @@ private:
 
     const std::vector<WString> m_pieces = Split(
         TEXT("<|>|/|\"|'|=|&|]]>|-->|?>|<!|<!-|<!D|<!E|<![C|<?|</|</a>|<b>|&amp;|&quot|&#65;|&#x 0x42;|&#-12345;|")
-            TEXT("&#65536;|&#x0012345;|\u00FC|\xD834\xDD1E|1| |\v|\u3C3E"));
+            TEXT("&#65536;|&#x0012345;|\u00FC|\xD834\xDD1E|1| |\\|\v|\u3C3E"));
     std::mt19937 m_random{5489};
 };
 
@@ -284,7 +287,7 @@ TEST(XmlAgreement, EveryShortText)
     TryEveryRow(TEXT(""), markup, 3 + more, TEXT(""));
     TryEveryRow(TEXT("<a><!D"), markup, 3, TEXT("></a>"));
     TryEveryRow(TEXT("<a "), Split(TEXT("a|b|=|\"|'|/|>| ")), 4 + more, TEXT(">"));
-    TryEveryRow(TEXT("<r a=\"&#"), Split(TEXT("0|x|41|-|+| \v|;|&lt;|b")), 4 + more, TEXT("\" b=';'>"));
+    TryEveryRow(TEXT("<r a=\"&#"), Split(TEXT("0|x|X|41|-|+| \v|;|&lt;|b")), 4 + more, TEXT("\" b=';'>"));
 }
 
 TEST(XmlAgreement, DamagedTexts)
@@ -309,13 +312,12 @@ TEST(XmlAgreement, LongTexts)
     for (int i = 0; i < 200'000; ++i)
         mixed += texts.Pick(tags);
     const WString blanks = Repeated(TEXT("        "), 600'000); // more than 22 bits tell
-    CBothForms forms;
     for (const WString& text :
-         {Repeated(TEXT("<a/>"), 70'000), mixed, mixed.substr(1'000, 50'000), WString(),
+         {Repeated(TEXT("<a/>"), 70'000), mixed, mixed.substr(1'000, 50'000),
           Repeated(TEXT("<a>"), 66'000) + Repeated(TEXT("</a >"), 66'000),
-          TEXT("<a") + blanks + TEXT("></a") + blanks + TEXT(">"), TEXT("<r><a") + blanks + TEXT("></r><b>") + blanks,
+          TEXT("<a") + blanks + TEXT("></a") + blanks + TEXT(">"), TEXT("<r><a") + blanks + TEXT("></r><b>"),
           blanks + blanks + Repeated(TEXT("<a/>"), 140'000)})
-        if (!Agree(forms, text))
+        if (CBothForms forms; !Agree(forms, text))
             return;
 }
 } // namespace
