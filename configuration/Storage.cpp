@@ -89,6 +89,7 @@ void CStorage::AddConfiguration(boost::shared_ptr<CConfiguration> pConfiguration
     m_configurationMapById.try_emplace(pConfiguration->GetId(), pConfiguration);
 }
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the exported signature
 void CStorage::RemoveConfiguration(boost::shared_ptr<CConfiguration> pConfiguration)
 {
     if (!pConfiguration)
