@@ -1,18 +1,29 @@
 #!/usr/bin/env bash
-# Runs a Windows program under Wine: in a prefix of the build's own, on a display of its own, in a virtual desktop
-# where WINE_DESKTOP asks for one (captions and borders need it). The prefix is made on first use.
+# Runs a Windows program under Wine: in a prefix of the build's own, which is made on first use, and on a display of its
+# own unless DISPLAY names one. Gives the program's exit code.
 # usage: run-under-wine.sh PROGRAM [ARGUMENT...]
 set -u
 prefix=${VELTRANO_WINEPREFIX:-$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build/wineprefix}
 export WINEPREFIX=$prefix WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES=mscoree,mshtml=
 
-if [ ! -e "$prefix/system.reg" ]; then
+make_prefix() {
+    [ -e "$prefix/.ready" ] && return # another program has made it meanwhile
+    xvfb-run -a wineboot -i && wineserver -w
+    # The signs on caption buttons are drawn with Marlett, which Wine looks for in the prefix alone.
+    cp /usr/share/wine/fonts/{marlett,tahoma,tahomabd}.ttf "$prefix/drive_c/windows/Fonts/"
+    # A virtual desktop draws captions and borders, and shows windows at once: no window manager is waited for.
+    wine reg add 'HKCU\Software\Wine\Explorer' /v Desktop /d Default /f
+    wine reg add 'HKCU\Software\Wine\Explorer\Desktops' /v Default /d 1280x1024 /f
+    wineserver -w
+    touch "$prefix/.ready"
+}
+
+if [ ! -e "$prefix/.ready" ]; then
     mkdir -p "$prefix"
-    # A lock, so that programs started side by side do not make the prefix twice.
-    flock "$prefix/making.lock" bash -c '[ -e "$WINEPREFIX/.ready" ] || { xvfb-run -a wineboot -i && wineserver -w && touch "$WINEPREFIX/.ready"; }' >/dev/null 2>&1
+    (flock 9 && make_prefix) 9>"$prefix/making.lock" >/dev/null 2>&1
 fi
-command=(wine "$@")
-[ -n "${WINE_DESKTOP:-}" ] && command=(wine explorer "/desktop=$WINE_DESKTOP" "$@")
-# A display that is there is used: a caller that runs many programs opens one for all of them.
-[ -n "${DISPLAY:-}" ] || command=(xvfb-run -a -s '-screen 0 1280x1024x24' "${command[@]}")
-exec "${command[@]}"
+if [ -n "${DISPLAY:-}" ]; then
+    exec wine "$@"
+fi
+# The server ends with the display, else the desktop's process would complain of its loss.
+exec xvfb-run -a -s '-screen 0 1280x1024x24' bash -c 'wine "$@"; code=$?; wineserver -k; exit $code' bash "$@"

@@ -5,8 +5,8 @@
 set -u
 
 declare -A packages=(
-    [native]="g++ cmake ninja-build libboost-dev libicu-dev googletest binutils-mingw-w64-x86-64"
-    [windows]="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine xvfb xauth cmake ninja-build libboost-dev googletest"
+    [native]="g++ cmake ninja-build libboost-dev nlohmann-json3-dev libicu-dev googletest binutils-mingw-w64-x86-64"
+    [windows]="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine xvfb xauth cmake ninja-build libboost-dev nlohmann-json3-dev googletest"
     [checks]="clang-format-14 clang-tidy-14 cppcheck"
     [bench]="libbenchmark-dev"
     [fuzz]="clang-14 libclang-rt-14-dev"

@@ -248,6 +248,15 @@ HWND GetWindow(HWND window, UINT relation)
     return next == pParent->m_children.end() ? nullptr : *next;
 }
 
+HWND FindWindowW(LPCWSTR pClassName, LPCWSTR pText)
+{
+    for (const auto& [handle, pWindow] : s_windows)
+        if (!pWindow->HasStyle(WS_CHILD) && (pClassName == nullptr || pWindow->m_className == pClassName) &&
+            (pText == nullptr || pWindow->m_text == pText))
+            return handle;
+    return nullptr;
+}
+
 BOOL SetWindowTextW(HWND window, LPCWSTR pText)
 {
     return SendMessageW(window, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(pText)) > 0;

@@ -173,6 +173,8 @@ HWND GetParent(HWND window);
 HWND GetDlgItem(HWND dialog, int id);
 int GetDlgCtrlID(HWND window);
 /// Only GW_CHILD, the first child in the template's order, and GW_HWNDNEXT, the next of a child's siblings; or null.
+/// The first top-level window of that class and text; null counts as any.
+HWND FindWindowW(LPCWSTR pClassName, LPCWSTR pText);
 HWND GetWindow(HWND window, UINT relation);
 
 /// Texts in UTF-16 units. The buffer's size counts the NUL; the result does not.

@@ -1,0 +1,84 @@
+#include "sdk/FileConfigurationHandler.h"
+
+namespace VLT
+{
+namespace
+{
+CString TextOf(CStorage& storage, const WCHAR* pId)
+{
+    const boost::shared_ptr<CConfiguration> pRecord = storage.GetConfigurationById(pId);
+    return pRecord ? pRecord->GetCfg() : CString();
+}
+} // namespace
+
+CFileConfigurationHandler::CFileConfigurationHandler(const WCHAR* pPath, Report report)
+    : m_file(pPath), m_report(std::move(report))
+{
+}
+
+CFileConfigurationHandler::~CFileConfigurationHandler() = default;
+
+int CFileConfigurationHandler::OpenStorage()
+{
+    m_isOpen = m_file.Read(m_storage);
+    if (!m_isOpen)
+        Tell(m_file.GetErrorText());
+    return m_isOpen ? 1 : 0;
+}
+
+void CFileConfigurationHandler::CloseStorage()
+{
+    m_isOpen = false;
+    m_storage.Clear();
+}
+
+CString CFileConfigurationHandler::LoadConfigurationById(const WCHAR* pId)
+{
+    return m_isOpen ? TextOf(m_storage, pId) : CString();
+}
+
+int CFileConfigurationHandler::SaveConfiguration(const WCHAR* pId, const WCHAR* pCfg)
+{
+    if (!m_isOpen)
+    {
+        m_file.SetErrorText(m_file.GetPath() + TEXT(": the storage is not open; call OpenStorage before saving."));
+        return Refuse(pId, pCfg);
+    }
+    const CString loaded = TextOf(m_storage, pId);
+    CStorage saved;
+    const bool done = m_file.Update(
+        [&](CStorage& storage)
+        {
+            // Both programs may well have come to the same text.
+            const CString present = TextOf(storage, pId);
+            if (!(present == loaded) && !(present == pCfg))
+            {
+                m_file.SetErrorText(m_file.GetPath() + TEXT(": another program has changed the record '") + pId +
+                                    TEXT("' since it was loaded; its text stays, open the storage again to see it."));
+                return false;
+            }
+            SetConfigurationText(storage, pId, pCfg);
+            saved = storage;
+            return true;
+        });
+    if (!done)
+        return Refuse(pId, pCfg);
+    m_storage = saved;
+    return 1;
+}
+
+int CFileConfigurationHandler::Refuse(const WCHAR* pId, const WCHAR* pCfg)
+{
+    const CString reason = m_file.GetErrorText();
+    const CString beside = m_file.SaveBeside(pId, pCfg);
+    Tell(beside.IsEmpty() ? reason + TEXT(" The text could not be put beside it either.")
+                          : reason + TEXT(" The text that was to be saved stands in ") + beside + TEXT("."));
+    return 0;
+}
+
+void CFileConfigurationHandler::Tell(const CString& text) const
+{
+    if (m_report)
+        m_report(text);
+}
+} // namespace VLT
