@@ -1,0 +1,40 @@
+#pragma once
+#include "platform/text.h"
+#include "xml/XmlDocument.h"
+
+#include <functional>
+
+/// Where the first fault of a storage file stands and what it is.
+struct StorageFault
+{
+    CString message;
+    int offset = 0; ///< UTF-16 units from the start of the text
+    int line = 1;
+    int column = 1; ///< UTF-16 units from the start of the line, counted from 1
+};
+
+/// Reads a storage file record by record, faulty ones as far as they go. Holds the text once and one record at a time.
+class CStorageReader
+{
+public:
+    /// Decoded identifier and text of a record.
+    using RecordHandler = std::function<void(const CString& id, const CString& cfg)>;
+
+    /// False if the file cannot be read at all; GetFault().message then tells why.
+    bool Open(const WString& path);
+    /// Whether the text is faultless and its root element is a storage.
+    bool IsFaultless() const { return m_isFaultless; }
+    const StorageFault& GetFault() const { return m_fault; }
+
+    /// Hands out the records in document order, once. Shows progress on standard error when it takes long.
+    /// Returns how many there were.
+    int ReadRecords(const RecordHandler& handler);
+
+private:
+    void FindFault();
+    int FaultOffset() const;
+
+    CXmlDocument m_document;
+    bool m_isFaultless = false;
+    StorageFault m_fault;
+};
