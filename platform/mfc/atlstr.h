@@ -180,7 +180,7 @@ public:
     }
     void ReleaseBufferSetLength(int length) noexcept
     {
-        if (m_pText == EmptyText())
+        if (IsNil())
             return;
         Data()->length = length;
         m_pText[length] = 0;
@@ -204,6 +204,8 @@ private:
         static constinit Nil s_nil{{{2}, 0, 0}, 0};
         return reinterpret_cast<PXSTR>(&s_nil.data + 1);
     }
+    /// Every library has an empty text of its own, and strings pass between them: another one's has no room either.
+    bool IsNil() const noexcept { return m_pText == EmptyText() || Data()->capacity == 0; }
     static int CheckedLength(size_t length)
     {
         if (length > static_cast<size_t>(INT_MAX))
@@ -230,12 +232,12 @@ private:
     CStringData* Data() const noexcept { return reinterpret_cast<CStringData*>(m_pText) - 1; }
     void AddReference() noexcept
     {
-        if (m_pText != EmptyText())
+        if (!IsNil())
             Data()->references.fetch_add(1, std::memory_order_relaxed);
     }
     void Release() noexcept
     {
-        if (m_pText != EmptyText() && Data()->references.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        if (!IsNil() && Data()->references.fetch_sub(1, std::memory_order_acq_rel) == 1)
             ::operator delete(Data());
     }
     void Fill(PCXSTR pText, int length) noexcept
