@@ -45,7 +45,6 @@ TEST(Runtime, NumbersInText)
         {TEXT("0x41"), 16, 0x41, 4},
         {TEXT("-0Xfg"), 16, -0xF, 4},
         {TEXT("aFg"), 16, 0xAF, 2},
-        {TEXT("\uFF11\u0662"), 10, 12, 2}, // fullwidth and Arabic-Indic digits
     };
     for (const auto& row : rows)
     {

@@ -75,8 +75,8 @@ HANDLE FindFirstFileW(LPCWSTR pPattern, WIN32_FIND_DATAW* pData);
 BOOL FindNextFileW(HANDLE find, WIN32_FIND_DATAW* pData);
 BOOL FindClose(HANDLE find);
 
-/// From the current folder, without . and .. parts. Returns the units without the NUL; if size does not do, what it must
-/// be, with the NUL; 0 on failure. ppName: only null.
+/// From the current folder, without . and .. parts. Returns the units without the NUL; if size does not do, what it
+/// must be, with the NUL; 0 on failure. ppName: only null.
 DWORD GetFullPathNameW(LPCWSTR pPath, DWORD size, LPWSTR pBuffer, LPWSTR* ppName);
 
 /// Only for null, the process's executable.

@@ -56,15 +56,10 @@ bool IsSpace(WCHAR unit)
     return unit == ' ' || (unit >= '\t' && unit <= '\r');
 }
 
-/// The zeros of the scripts whose digits count as well; the nine others follow each.
-constexpr WCHAR s_zeros[] = {u'0',   0x0660, 0x06F0, 0x0966, 0x09E6, 0x0A66, 0x0AE6, 0x0B66, 0x0C66,
-                             0x0CE6, 0x0D66, 0x0E50, 0x0ED0, 0x0F20, 0x1040, 0x17E0, 0x1810, 0xFF10};
-
 int DigitValue(WCHAR unit)
 {
-    for (const WCHAR zero : s_zeros)
-        if (unit >= zero && unit < zero + 10)
-            return unit - zero;
+    if (unit >= '0' && unit <= '9')
+        return unit - '0';
     if (unit >= 'a' && unit <= 'z')
         return unit - 'a' + 10;
     if (unit >= 'A' && unit <= 'Z')

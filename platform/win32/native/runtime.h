@@ -16,7 +16,7 @@ const WCHAR* wcschr(const WCHAR* pText, WCHAR unit);
 const WCHAR* wcsrchr(const WCHAR* pText, WCHAR unit);
 
 /// Limited to 32 bits, the width of long on Windows. Base 10 or 16. White space is blank, \t, \n, \v, \f and \r.
-/// Digits are those of the scripts that Windows knows, the fullwidth ones among them, not only 0 to 9.
+/// Digits are 0 to 9 and the letters alone: Windows also takes the digits and blanks of other scripts.
 long wcstol(const WCHAR* pText, WCHAR** ppEnd, int base);
 /// As wcstol in base 10: out-of-range numbers become the nearest int.
 int _wtoi(const WCHAR* pText);
