@@ -102,14 +102,14 @@ bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName)
 namespace
 {
 /// A reference and what it stands for; length 0: what stands there is none.
-struct Reference
+struct CReference
 {
     int length; ///< from the & through the ;
     WCHAR unit;
 };
 
 /// pReference: at the &, with room units from there to the end of the value.
-Reference ReadNamedReference(const WCHAR* pReference, int room)
+CReference ReadNamedReference(const WCHAR* pReference, int room)
 {
     static constexpr struct
     {
@@ -130,7 +130,7 @@ Reference ReadNamedReference(const WCHAR* pReference, int room)
 /// pReference: at the & of "&#". At most seven units stand before the ;. They are read as the runtime reads a number:
 /// with white space, a sign and, in base 16, a prefix before it and whatever behind it. Runtimes differ in what they take
 /// for digits and blanks beyond ASCII; XML has none of them, so the number ends there.
-Reference ReadNumericReference(const WCHAR* pReference)
+CReference ReadNumericReference(const WCHAR* pReference)
 {
     const bool isHex = pReference[2] == TEXT('x');
     const WCHAR* pNumber = pReference + (isHex ? 3 : 2);
@@ -155,7 +155,7 @@ CString DecodeEntities(const WCHAR* pSource, int length)
     int count = 0;
     for (int i = 0; i < length;)
     {
-        Reference reference{0, 0};
+        CReference reference{0, 0};
         if (pSource[i] == TEXT('&'))
             reference = pSource[i + 1] == TEXT('#') ? ReadNumericReference(pSource + i)
                                                     : ReadNamedReference(pSource + i, length - i);

@@ -8,11 +8,11 @@
 
 namespace
 {
-struct FileCloser
+struct CFileCloser
 {
     void operator()(FILE* pFile) const { std::fclose(pFile); }
 };
-using File = std::unique_ptr<FILE, FileCloser>;
+using CFilePointer = std::unique_ptr<FILE, CFileCloser>;
 
 /// Text is narrow or wide.
 template <typename Text>
@@ -46,7 +46,7 @@ bool ReadBytes(FILE* pFile, char* pBytes, int size, CString* pResult)
 
 bool ReadTextFile(const WCHAR* pPath, CString& text, CString* pResult)
 {
-    const File pFile(::_wfopen(pPath, TEXT("rb")));
+    const CFilePointer pFile(::_wfopen(pPath, TEXT("rb")));
     if (!pFile)
     {
         Report(pResult, std::strerror(errno));
@@ -92,7 +92,7 @@ bool WriteTextFile(const WCHAR* pPath, const CString& text, CString* pResult)
         return false;
     }
 
-    const File pFile(::_wfopen(pPath, TEXT("wb")));
+    const CFilePointer pFile(::_wfopen(pPath, TEXT("wb")));
     if (!pFile)
     {
         Report(pResult, std::strerror(errno));

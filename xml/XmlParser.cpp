@@ -16,7 +16,7 @@ public:
 
 private:
     /// An open element; the slot is -1 for none.
-    struct OpenElement
+    struct COpenElement
     {
         int slot;
         int index;
@@ -28,7 +28,7 @@ private:
     void StartElement();
     void EndElement();
     void EndText();
-    OpenElement FindOpenElement();
+    COpenElement FindOpenElement();
     void Push(int index);
     int AddRecord();
     void Link(int index);
@@ -123,7 +123,7 @@ void CTreeBuilder::Link(int index)
 void CTreeBuilder::EndElement()
 {
     const XmlNodeEntry& tag = Node();
-    const OpenElement open = FindOpenElement();
+    const COpenElement open = FindOpenElement();
     if (open.slot < 0)
     {
         RecordFault();
@@ -149,11 +149,11 @@ void CTreeBuilder::EndElement()
 }
 
 /// The innermost open element that the end tag's name matches.
-CTreeBuilder::OpenElement CTreeBuilder::FindOpenElement()
+CTreeBuilder::COpenElement CTreeBuilder::FindOpenElement()
 {
     const WCHAR* pName = m_scanner.text + m_scanner.first;
     const int length = m_scanner.last - m_scanner.first + 1;
-    OpenElement open{static_cast<int>(m_depth) - 1, m_parent};
+    COpenElement open{static_cast<int>(m_depth) - 1, m_parent};
     while (open.slot >= 0 && !NameMatches(pName, length, m_stack[static_cast<size_t>(open.slot)].name))
         open = {open.slot - 1, At(open.index).parent};
     return open;
