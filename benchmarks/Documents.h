@@ -1,0 +1,54 @@
+#pragma once
+/// The documents that every contestant reads, from a seeded generator: the same ones in every run.
+#include "platform/text.h"
+
+#include <cstdint>
+#include <string>
+
+/// What a reader has to find among the root's children, in all of their values of two attributes together.
+struct AttributeTotals
+{
+    int64_t values = 0;
+    int64_t units = 0;
+    int64_t checksum = 0; ///< the sum of the first and the last unit of each value
+
+    /// A value is ASCII and not empty. Unit: of 8 or 16 bits.
+    template <typename Unit>
+    void Add(const Unit* pValue, size_t length)
+    {
+        ++values;
+        units += static_cast<int64_t>(length);
+        if (length > 0)
+            checksum += static_cast<int64_t>(pValue[0]) + static_cast<int64_t>(pValue[length - 1]);
+    }
+    bool operator==(const AttributeTotals&) const = default;
+};
+
+/// ASCII, with what a correct reader finds in it.
+struct BenchDocument
+{
+    std::string name; ///< "A".."E"
+    WString text;
+    std::string narrowText; ///< the same in bytes
+    int64_t elements = 0;
+    std::string childName; ///< of the root's children; empty if the document is no job for attributes
+    std::string firstAttribute;
+    std::string secondAttribute;
+    AttributeTotals totals;
+
+    int64_t GetLength() const { return static_cast<int64_t>(text.size()); }
+};
+
+/// The kinds of documents, a letter for each:
+/// A  a storage: records with ids of 20 characters and texts of 200 to 4,000 bytes before base64
+/// B  a registry of short definitions
+/// C  <r><a/><a/>...
+/// D  long texts, few tags
+/// E  elements 10,000 levels deep, again and again
+constexpr const char* BenchDocumentKinds = "ABCDE";
+
+/// A document of that kind with about that many characters. Well-formed.
+BenchDocument MakeBenchDocument(char kind, int64_t characters);
+
+/// "1 MB": a million or a thousand characters make one.
+std::string SizeName(int64_t characters);

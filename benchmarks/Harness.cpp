@@ -1,0 +1,198 @@
+#include "benchmarks/Harness.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <limits>
+#include <sstream>
+#include <stdexcept>
+
+namespace
+{
+constexpr double NoTime = std::numeric_limits<double>::infinity();
+
+double Median(std::vector<double> values)
+{
+    if (values.empty())
+        return 0;
+    const size_t middle = values.size() / 2;
+    std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(middle), values.end());
+    return values[middle];
+}
+
+/// Seconds of one run, or NoTime after a wrong result.
+double RunOnce(IContestant& contestant)
+{
+    contestant.Prepare();
+    const auto start = std::chrono::steady_clock::now();
+    contestant.Run();
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    return contestant.Finish() ? taken.count() : NoTime;
+}
+
+/// A contestant's turn in a round: the fastest of as many runs as the turn has time for.
+double RunTurn(IContestant& contestant, double turnSeconds)
+{
+    double fastest = NoTime;
+    for (double total = 0; total < turnSeconds;)
+    {
+        const double taken = RunOnce(contestant);
+        if (taken == NoTime)
+            return NoTime;
+        total += taken;
+        fastest = std::min(fastest, taken);
+    }
+    return fastest;
+}
+
+const char* NameOf(Role role)
+{
+    switch (role)
+    {
+    case Role::Ours:
+        return "ours";
+    case Role::OursToo:
+        return "ours too";
+    case Role::Peer:
+        return "peer";
+    case Role::NoDocument:
+        return "no document";
+    default:
+        return "limit";
+    }
+}
+
+std::string Quoted(const std::string& text)
+{
+    std::string quoted = "\"";
+    for (const char character : text)
+    {
+        if (character == '"' || character == '\\')
+            quoted += '\\';
+        quoted += character;
+    }
+    return quoted + '"';
+}
+
+double Rate(int64_t work, double seconds)
+{
+    return static_cast<double>(work) / seconds / 1e6;
+}
+} // namespace
+
+std::vector<Standing> Compete(const Contestants& contestants, const BenchOptions& options)
+{
+    const size_t count = contestants.size();
+    std::vector<Standing> standings(count);
+    std::vector<std::vector<double>> ratios(count);
+    for (size_t i = 0; i < count; ++i)
+        standings[i] = {contestants[i]->GetName(), contestants[i]->GetRole(), NoTime, 0, true};
+
+    for (int round = 0; round < options.rounds; ++round)
+    {
+        std::vector<double> times(count, NoTime);
+        for (size_t turn = 0; turn < count; ++turn)
+        {
+            const size_t i = (turn + static_cast<size_t>(round)) % count;
+            if (!standings[i].isCorrect)
+                continue;
+            times[i] = RunTurn(*contestants[i], options.turnSeconds);
+            standings[i].isCorrect = times[i] != NoTime;
+            standings[i].seconds = std::min(standings[i].seconds, times[i]);
+        }
+        for (size_t i = 0; i < count; ++i)
+            if (times[i] != NoTime && times[0] != NoTime)
+                ratios[i].push_back(times[i] / times[0]);
+    }
+    for (size_t i = 0; i < count; ++i)
+        standings[i].ratio = Median(ratios[i]);
+    return standings;
+}
+
+double MeasureAlone(IContestant& contestant, const BenchOptions& options)
+{
+    double fastest = NoTime;
+    for (int round = 0; round < options.rounds; ++round)
+    {
+        const double taken = RunTurn(contestant, options.turnSeconds);
+        if (taken == NoTime)
+            throw std::runtime_error(contestant.GetName() + " gave a wrong result");
+        fastest = std::min(fastest, taken);
+    }
+    return fastest;
+}
+
+void CReport::AddRace(const std::string& job, const std::string& document, int64_t work,
+                      const std::vector<Standing>& standings, double goal, double limitGoal)
+{
+    const std::string race = job + ", " + document;
+    std::printf("\n%s\n  %-34s %-12s %12s %14s\n", race.c_str(), "contestant", "role", "M char/s", "ours is faster");
+    const Standing* pBest = nullptr;
+    const Standing* pLimit = nullptr;
+    for (const Standing& standing : standings)
+    {
+        if (!standing.isCorrect)
+        {
+            // A peer may have its limits, such as a greatest depth. Ours may not.
+            std::printf("  %-34s %-12s %12s\n", standing.name.c_str(), NameOf(standing.role), "no result");
+            m_hasFaults |= standing.role == Role::Ours || standing.role == Role::OursToo;
+            continue;
+        }
+        std::printf("  %-34s %-12s %12.0f %13.2fx\n", standing.name.c_str(), NameOf(standing.role),
+                    Rate(work, standing.seconds), standing.ratio);
+        if (standing.role == Role::Peer && (pBest == nullptr || standing.ratio < pBest->ratio))
+            pBest = &standing;
+        if (standing.role == Role::Limit)
+            pLimit = &standing;
+        std::ostringstream record;
+        record << "{\"job\": " << Quoted(job) << ", \"document\": " << Quoted(document) << ", \"characters\": " << work
+               << ", \"contestant\": " << Quoted(standing.name) << ", \"role\": " << Quoted(NameOf(standing.role))
+               << ", \"seconds\": " << standing.seconds
+               << ", \"millionCharactersPerSecond\": " << Rate(work, standing.seconds)
+               << ", \"oursIsFasterBy\": " << standing.ratio << "}";
+        m_records.push_back(record.str());
+    }
+    if (pBest != nullptr)
+        m_summaries.push_back({race, pBest->name, pBest->ratio, goal});
+    if (pLimit != nullptr && limitGoal > 0)
+        m_summaries.push_back({race, pLimit->name, pLimit->ratio, limitGoal});
+    std::fflush(stdout);
+}
+
+void CReport::AddDoubling(const std::string& job, const std::string& document, int64_t work, double once, double twice)
+{
+    std::printf("  %-34s %-24s %12.0f %13.2fx\n", job.c_str(), document.c_str(), Rate(work, once), twice / once);
+    std::ostringstream record;
+    record << "{\"job\": " << Quoted(job) << ", \"document\": " << Quoted(document) << ", \"characters\": " << work
+           << ", \"seconds\": " << once << ", \"secondsForTwice\": " << twice << ", \"growth\": " << twice / once
+           << "}";
+    m_records.push_back(record.str());
+    std::fflush(stdout);
+}
+
+void CReport::PrintSummary() const
+{
+    if (m_summaries.empty())
+        return;
+    std::printf("\nOurs against the best peer and the limit\n  %-34s %-34s %8s %8s\n", "race", "against", "ratio",
+                "goal");
+    for (const Summary& summary : m_summaries)
+    {
+        std::printf("  %-34s %-34s %7.2fx", summary.race.c_str(), summary.rival.c_str(), summary.ratio);
+        if (summary.goal > 0)
+            std::printf(" %7.2fx%s", summary.goal, summary.ratio >= summary.goal ? "" : "  missed");
+        std::printf("\n");
+    }
+}
+
+void CReport::WriteJson(const std::string& path) const
+{
+    std::ofstream file(path);
+    file << "[\n";
+    for (size_t i = 0; i < m_records.size(); ++i)
+        file << "  " << m_records[i] << (i + 1 < m_records.size() ? ",\n" : "\n");
+    file << "]\n";
+    if (!file.flush())
+        throw std::runtime_error("cannot write " + path);
+}

@@ -1,0 +1,102 @@
+#include "benchmarks/XmlPeers.h"
+
+#include <optional>
+#include <rapidxml/rapidxml.hpp>
+
+namespace
+{
+template <typename Unit>
+std::basic_string<Unit> Widened(const std::string& text)
+{
+    return {text.begin(), text.end()};
+}
+
+/// Fastest: parse_fastest, which leaves references and the ends of names and values alone; strings are made by size.
+template <typename Unit, bool Fastest>
+class CRapidXmlReader : public IXmlReader
+{
+public:
+    explicit CRapidXmlReader(const BenchDocument& document)
+        : m_source(document),
+          m_childName(Widened<Unit>(document.childName)),
+          m_first(Widened<Unit>(document.firstAttribute)),
+          m_second(Widened<Unit>(document.secondAttribute))
+    {
+    }
+
+    std::string GetName() const override
+    {
+        return std::string("RapidXML over ") + (sizeof(Unit) == 1 ? "char" : "char16_t") +
+               (Fastest ? ", parse_fastest" : "");
+    }
+    Role GetRole() const override { return Role::Peer; }
+
+    void Restore() override
+    {
+        if (m_text.empty() || !Fastest) // parse_fastest leaves the text as it is
+            m_text = Widened<Unit>(m_source.narrowText);
+    }
+    bool Parse() override
+    {
+        m_document.emplace();
+        m_document->template parse<Fastest ? rapidxml::parse_fastest : rapidxml::parse_default>(m_text.data());
+        return true;
+    }
+    int64_t CountElements() override
+    {
+        int64_t count = 0;
+        const auto* pNode = m_document->first_node();
+        while (pNode != nullptr)
+        {
+            count += pNode->type() == rapidxml::node_element ? 1 : 0;
+            if (pNode->first_node() != nullptr)
+            {
+                pNode = pNode->first_node();
+                continue;
+            }
+            while (pNode != nullptr && (pNode->parent() == nullptr || pNode->next_sibling() == nullptr))
+                pNode = pNode->parent();
+            pNode = pNode == nullptr ? nullptr : pNode->next_sibling();
+        }
+        return count;
+    }
+    AttributeTotals ReadAttributes() override
+    {
+        AttributeTotals totals;
+        const auto* pRoot = m_document->first_node();
+        for (const auto* pChild = pRoot->first_node(m_childName.data(), m_childName.size()); pChild != nullptr;
+             pChild = pChild->next_sibling(m_childName.data(), m_childName.size()))
+        {
+            const auto first = ValueOf(pChild->first_attribute(m_first.data(), m_first.size()));
+            const auto second = ValueOf(pChild->first_attribute(m_second.data(), m_second.size()));
+            totals.Add(first.data(), first.size());
+            totals.Add(second.data(), second.size());
+        }
+        return totals;
+    }
+    void Discard() override { m_document.reset(); }
+
+private:
+    static std::basic_string<Unit> ValueOf(const rapidxml::xml_attribute<Unit>* pAttribute)
+    {
+        return std::basic_string<Unit>(pAttribute->value(), pAttribute->value_size());
+    }
+
+    const BenchDocument& m_source;
+    std::basic_string<Unit> m_childName;
+    std::basic_string<Unit> m_first;
+    std::basic_string<Unit> m_second;
+    std::basic_string<Unit> m_text;
+    std::optional<rapidxml::xml_document<Unit>> m_document;
+};
+} // namespace
+
+XmlReaders MakeRapidXmlReaders(const BenchDocument& document)
+{
+    XmlReaders readers;
+    readers.push_back(std::make_unique<CRapidXmlReader<char, false>>(document));
+    readers.push_back(std::make_unique<CRapidXmlReader<char, true>>(document));
+    readers.push_back(std::make_unique<CRapidXmlReader<char16_t, false>>(document));
+    readers.push_back(std::make_unique<CRapidXmlReader<char16_t, true>>(document));
+    return readers;
+}

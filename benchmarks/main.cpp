@@ -1,0 +1,101 @@
+#include "benchmarks/Jobs.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <exception>
+#include <malloc.h>
+#include <stdexcept>
+#include <string_view>
+
+namespace
+{
+constexpr const char* s_usage =
+    "usage: bench [OPTION...]\n"
+    "Measures the XML engine beside other libraries in one run and prints a table for each job and document.\n"
+    "  --quick          1 MB documents, three short rounds\n"
+    "  --filter TEXT    only what has TEXT in its title, such as \"parse A\", \"attributes\", \"64 MB\", \"hostile\"\n"
+    "  --rounds N       rounds of each race (7)\n"
+    "  --json FILE      writes the results there too\n"
+    "  --help           this text\n"
+    "Exit code 0: all results of ours were right. 1: one was wrong, or the run failed. 2: wrong usage.\n";
+
+/// False: wrong usage.
+bool ReadOptions(int count, char** ppArguments, BenchOptions& options)
+{
+    for (int i = 1; i < count; ++i)
+    {
+        const std::string_view option = ppArguments[i];
+        const char* pValue = i + 1 < count ? ppArguments[i + 1] : nullptr;
+        if (option == "--quick")
+        {
+            options.quick = true;
+            options.rounds = 3;
+            options.turnSeconds = 0.02;
+            options.sizes = {1000000};
+            continue;
+        }
+        if (pValue == nullptr)
+            return false;
+        ++i;
+        if (option == "--filter")
+            options.filter = pValue;
+        else if (option == "--json")
+            options.jsonPath = pValue;
+        else if (option == "--rounds")
+            options.rounds = std::atoi(pValue);
+        else
+            return false;
+    }
+    return options.rounds > 0;
+}
+
+int RunAll(const BenchOptions& options)
+{
+    CReport report;
+    RunParseJob(options, report);
+    RunAttributesJob(options, report);
+    RunDoublingJob(options, report);
+    report.PrintSummary();
+    if (!options.jsonPath.empty())
+        report.WriteJson(options.jsonPath);
+    return report.HasFaults() ? 1 : 0;
+}
+} // namespace
+
+bool IsSelected(const BenchOptions& options, const std::string& title)
+{
+    return title.find(options.filter) != std::string::npos;
+}
+
+int main(int argumentCount, char** ppArguments)
+{
+    if (std::find(ppArguments, ppArguments + argumentCount, std::string_view("--help")) != ppArguments + argumentCount)
+    {
+        std::fputs(s_usage, stdout);
+        return 0;
+    }
+    BenchOptions options;
+    if (!ReadOptions(argumentCount, ppArguments, options))
+    {
+        std::fputs(s_usage, stderr);
+        return 2;
+    }
+    // What one run gave back the next one gets, of every contestant: fresh pages from the system cost more than most
+    // of what is measured here, and how much differs from one machine to the other.
+    mallopt(M_MMAP_THRESHOLD, 1 << 30);
+    mallopt(M_TRIM_THRESHOLD, INT_MAX);
+    mallopt(M_TOP_PAD, 64 << 20);
+    try
+    {
+        std::printf("Compiler %s, one thread; %d rounds, ratios are medians over the rounds\n", __VERSION__,
+                    options.rounds);
+        return RunAll(options);
+    }
+    catch (const std::exception& fault)
+    {
+        std::fprintf(stderr, "bench: %s\n", fault.what());
+        return 1;
+    }
+}
