@@ -10,12 +10,6 @@ enum class Ending
     EndOfText ///< not at all
 };
 
-/// Nothing up to '9' starts a name, nor do these above it; ':', '_', letters and all of non-ASCII do.
-bool IsNameStart(WCHAR unit)
-{
-    return unit > TEXT('9') && wcschr(TEXT(";<=>?@[\\]^`"), unit) == nullptr;
-}
-
 /// Reads one node. A node of a well-formed text is as XML has it; broken ones end early enough for the walk to go on.
 class CNodeReader
 {
@@ -90,7 +84,7 @@ Ending CNodeReader::ReadMarkup()
     if (unit == 0)
         return Ending::EndOfText;
     ++m_next;
-    if (IsNameStart(unit))
+    if (StartsName(unit))
         return ReadElement();
     switch (unit)
     {
@@ -221,7 +215,7 @@ Ending CNodeReader::ReadBroken(const WCHAR* pWhat)
 
 void CNodeReader::SkipName()
 {
-    while (Unit() != 0 && Unit() != TEXT('/') && Unit() != TEXT('>') && !IsXmlSpace(Unit()))
+    while (Unit() != 0 && !EndsTagName(Unit()))
         ++m_next;
 }
 
@@ -299,11 +293,6 @@ const WCHAR* CNodeReader::UnterminatedLabel() const
     }
 }
 } // namespace
-
-bool IsXmlSpace(WCHAR unit)
-{
-    return unit == TEXT(' ') || unit == TEXT('\t') || unit == TEXT('\n') || unit == TEXT('\r');
-}
 
 int ReadNode(XmlScanner& scanner, XmlNodeEntry& entry)
 {

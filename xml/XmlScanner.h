@@ -47,7 +47,23 @@ struct XmlNodeEntry
 constexpr unsigned EmptyElementFlag = 0x10000;
 
 /// White space of XML.
-bool IsXmlSpace(WCHAR unit);
+inline bool IsXmlSpace(WCHAR unit)
+{
+    return unit == TEXT(' ') || unit == TEXT('\t') || unit == TEXT('\n') || unit == TEXT('\r');
+}
+
+/// Nothing up to '9' starts a name, nor does ; < = > ? @ [ \ ] ^ or the backtick; all of non-ASCII does.
+inline bool StartsName(WCHAR unit)
+{
+    return unit > TEXT('9') && (unit < TEXT(';') || unit > TEXT('@')) && (unit < TEXT('[') || unit > TEXT('^')) &&
+           unit != TEXT('`');
+}
+
+/// What ends the name of a tag, apart from the end of the text.
+inline bool EndsTagName(WCHAR unit)
+{
+    return unit == TEXT('>') || unit == TEXT('/') || IsXmlSpace(unit);
+}
 
 /// Reads the node at scanner.next, moves scanner.next behind it and fills entry. For an end tag the scanner's token is
 /// the tag's name. Returns the node's type, NodeEndOfText when nothing is left.
