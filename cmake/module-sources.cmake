@@ -21,4 +21,5 @@ set(VELTRANO_MODULE_SOURCES
     xml/XmlNavigation.cpp
     xml/XmlParser.cpp
     xml/XmlScanner.cpp
+    xml/XmlVector.cpp
 )

@@ -1,13 +1,17 @@
 #include "xml/XmlScanner.h"
+#include "xml/XmlVector.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace
 {
-bool IsOneOf(WCHAR unit, const WCHAR* pSet)
+constexpr uint64_t NameDelimiters = UnitSet(TEXT("= \t\n\r>/?"));
+constexpr uint64_t ValueDelimiters = UnitSet(TEXT(" \t\n\r>"));
+
+bool IsQuote(WCHAR unit)
 {
-    return wcschr(pSet, unit) != nullptr; // the set's NUL counts: every run ends with the text
+    return unit == TEXT('"') || unit == TEXT('\'');
 }
 
 /// Reads the token at next. False at the end of the text, which leaves first and last as they were.
@@ -22,10 +26,11 @@ bool ReadToken(XmlScanner& scanner, bool afterEqual)
         return false;
 
     int end = scanner.next;
-    if (unit == TEXT('"') || unit == TEXT('\''))
+    if (IsQuote(unit))
     {
         scanner.flags |= QuotedTokenFlag;
         scanner.first = ++end;
+        end = FindUnit(pText, end, scanner.length, unit);
         while (pText[end] != 0 && pText[end] != unit)
             ++end;
         scanner.last = end - 1;
@@ -34,12 +39,42 @@ bool ReadToken(XmlScanner& scanner, bool afterEqual)
     }
     scanner.flags &= ~QuotedTokenFlag;
     scanner.first = end;
-    const WCHAR* pDelimiters = afterEqual ? TEXT(" \t\n\r>") : TEXT("= \t\n\r>/?");
-    while (!IsOneOf(pText[end], pDelimiters))
+    const uint64_t delimiters = afterEqual ? ValueDelimiters : NameDelimiters;
+    while (!IsIn(delimiters, pText[end]))
         ++end;
     scanner.last = std::max(end - 1, scanner.first); // a delimiter is a token of its own
     scanner.next = scanner.last + 1;
     return true;
+}
+
+/// Passes over attributes like name="value" that pName does not ask for, up to one that is not like that or that it
+/// does ask for. What ScanAttribute would do with them, token by token.
+void SkipAttributes(XmlScanner& scanner, const WCHAR* pName)
+{
+    const WCHAR* const pText = scanner.text;
+    for (;;)
+    {
+        int first = scanner.next;
+        while (IsXmlSpace(pText[first]))
+            ++first;
+        if (IsQuote(pText[first]))
+            return;
+        int end = first;
+        while (!IsIn(NameDelimiters, pText[end]))
+            ++end;
+        if (end == first || pText[end] != TEXT('=') || NameMatches(pText + first, end - first, pName))
+            return;
+        const WCHAR quote = pText[end + 1];
+        if (!IsQuote(quote))
+            return;
+        const int close = FindUnit(pText, end + 2, scanner.length, quote);
+        if (pText[close] != quote)
+            return;
+        scanner.first = end + 2;
+        scanner.last = close - 1;
+        scanner.next = close + 1;
+        scanner.flags |= QuotedTokenFlag;
+    }
 }
 
 /// Makes the matched name, which ends at matchEnd, the token.
@@ -93,6 +128,8 @@ bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName)
             matchEnd = scanner.last;
         }
         tagNameSeen = true;
+        if (matchEnd == 0 && scanner.length != 0)
+            SkipAttributes(scanner, pName);
     }
     if (matchEnd == 0)
         return false;
@@ -150,18 +187,25 @@ CReference ReadNumericReference(const WCHAR* pReference)
 
 CString DecodeEntities(const WCHAR* pSource, int length)
 {
+    int next = FindUnit(pSource, 0, length, TEXT('&'));
+    if (next >= length)
+        return CString(pSource, std::max(length, 0));
+
     CString decoded;
-    WCHAR* pBuffer = decoded.GetBuffer(length);
-    int count = 0;
-    for (int i = 0; i < length;)
+    WCHAR* const pBuffer = decoded.GetBuffer(length);
+    WCHAR* pEnd = std::copy_n(pSource, next, pBuffer);
+    while (next < length)
     {
-        CReference reference{0, 0};
-        if (pSource[i] == TEXT('&'))
-            reference = pSource[i + 1] == TEXT('#') ? ReadNumericReference(pSource + i)
-                                                    : ReadNamedReference(pSource + i, length - i);
-        pBuffer[count++] = reference.length == 0 ? pSource[i] : reference.unit;
-        i += std::max(reference.length, 1);
+        Reference reference{0, 0};
+        if (pSource[next] == TEXT('&'))
+            reference = pSource[next + 1] == TEXT('#') ? ReadNumericReference(pSource + next)
+                                                       : ReadNamedReference(pSource + next, length - next);
+        *pEnd++ = reference.length == 0 ? pSource[next] : reference.unit;
+        next += std::max(reference.length, 1);
+        const int run = next; // a reference may reach behind the end; then nothing follows
+        next = FindUnit(pSource, run, length, TEXT('&'));
+        pEnd = std::copy(pSource + run, pSource + next, pEnd);
     }
-    decoded.ReleaseBufferSetLength(count);
+    decoded.ReleaseBufferSetLength(static_cast<int>(pEnd - pBuffer));
     return decoded;
 }

@@ -1,5 +1,13 @@
 #include "xml/XmlDocument.h"
 
+namespace
+{
+bool EndsFoundName(WCHAR unit)
+{
+    return IsIn(UnitSet(TEXT(" \t\n\r<>=/?!")), unit) || unit == TEXT('\\');
+}
+} // namespace
+
 bool CXmlDocument::FindElement(const WCHAR* pName)
 {
     const int found = FindSibling(m_parentPos, m_currentPos, pName);
@@ -24,6 +32,7 @@ int CXmlDocument::FindSibling(int parent, int current, const WCHAR* pName) const
     return candidate;
 }
 
+// As NameMatches has it, without looking for the end of the token first.
 // The name ends at more units here than where the parser ends it for the end tag: "<a=b>" is found as a.
 bool CXmlDocument::HasName(int index, const WCHAR* pName) const
 {
@@ -31,9 +40,9 @@ bool CXmlDocument::HasName(int index, const WCHAR* pName) const
     while (IsXmlSpace(*pToken))
         ++pToken;
     int length = 0;
-    while (pToken[length] != 0 && wcschr(TEXT(" \t\n\r<>=\\/?!"), pToken[length]) == nullptr)
+    while (pToken[length] == pName[length] && !EndsFoundName(pToken[length]))
         ++length;
-    return NameMatches(pToken, length, pName);
+    return EndsFoundName(pToken[length]) && EndsAskedName(pName[length]);
 }
 
 void CXmlDocument::EnterElement()
@@ -54,7 +63,7 @@ CString CXmlDocument::GetAttributeAt(int position, const WCHAR* pName) const
 {
     if (position == 0 || !IsInUse(position) || m_nodeType != NodeElement || pName == nullptr)
         return CString();
-    XmlScanner scanner{.next = At(position).start + 1, .text = m_text.GetString()};
+    XmlScanner scanner{.next = At(position).start + 1, .text = m_text.GetString(), .length = m_text.GetLength()};
     if (!ScanAttribute(scanner, pName))
         return CString();
     return DecodeEntities(scanner.text + scanner.first, scanner.last - scanner.first + 1);

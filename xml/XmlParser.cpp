@@ -18,96 +18,124 @@ public:
           m_scanner(scanner),
           m_pText(scanner.text),
           m_length(document.m_text.GetLength()),
-          m_tagEnds(m_pText, m_length)
+          m_tagEnds(m_pText, m_length),
+          m_open(64, 0)
     {
+        m_at.used = document.m_usedPositions;
     }
 
     void Build();
 
 private:
+    /// How far the walk is. The reading of common tags keeps it in a variable of its own: a member the compiler would
+    /// fetch anew after every store into a record.
+    struct Place
+    {
+        int next = 0;      ///< where reading goes on
+        int used = 0;      ///< of the document's records
+        int depth = 0;     ///< how many elements are open
+        int parent = 0;    ///< the innermost of them
+        int lastChild = 0; ///< of the parent so far; its first child learns of it when the parent ends
+    };
+
     XmlElementPosition& At(int index) { return m_document.At(index); }
     const WCHAR* NameAt(int index) { return m_pText + At(index).start + 1; }
     CString NameOf(int index);
+    CString& Result() { return m_document.m_result; }
 
-    bool ReadStartTag();
-    bool IsInName(int quote) const;
-    bool EndsInSlash(int end) const;
-    bool ReadEndTag();
+    void ReadCommonTags();
+    bool ReadStartTag(Place& at);
+    bool IsInName(int tag, int quote) const;
+    bool EndsInSlash(int tag, int end) const;
+    bool ReadEndTag(Place& at);
+    void StartElement(Place& at, int length, bool isEmpty);
+    void Reserve(int used);
+    void EndElement(Place& at, int length);
+
     void ReadOtherNode();
-
-    void StartElement(int length, bool isEmpty);
-    void EndElement(int index, int length);
-    void CloseChain();
-    void EndElementByName(int start, int length);
+    void EndElementByName(int length);
     void EndText();
     bool IsNamed(int index, const WCHAR* pName, int length);
     void CloseUnended(int heir);
+    void CloseChain();
     void HandOver(int index, int heir);
     void RecordFault();
-    CString& Result() { return m_document.m_result; }
 
     CXmlDocument& m_document;
     XmlScanner& m_scanner;
-    const WCHAR* m_pText;
-    int m_length;
+    const WCHAR* const m_pText;
+    const int m_length;
     CTagEndFinder m_tagEnds;
-    int m_next = 0;          ///< where reading goes on
-    std::vector<int> m_open; ///< the open elements, outermost first
-    int m_parent = 0;        ///< the innermost of them
-    int m_lastChild = 0;     ///< of the parent, so far; its first child learns of it when the parent ends
+    Place m_at;
+    std::vector<int> m_open; ///< the open elements, outermost first, behind record 0; the rest is room
 };
 
 void CTreeBuilder::Build()
 {
     for (;;)
     {
+        ReadCommonTags();
         // Text leaves no trace in the table.
-        if (m_pText[m_next] != TEXT('<'))
-            m_next = FindUnit(m_pText, m_next, m_length, TEXT('<'));
-        if (m_pText[m_next] == 0)
-            return EndText();
-        if (!ReadStartTag() && !ReadEndTag())
+        m_at.next = FindUnit(m_pText, m_at.next, m_length, TEXT('<'));
+        if (m_pText[m_at.next] == 0)
+            break;
+        ReadCommonTags();
+        if (m_pText[m_at.next] == TEXT('<'))
             ReadOtherNode();
     }
+    EndText();
+    m_document.m_usedPositions = m_at.used;
+}
+
+/// Start tags and end tags as they nearly always are, as long as they follow each other.
+void CTreeBuilder::ReadCommonTags()
+{
+    Place at = m_at;
+    while (ReadStartTag(at) || ReadEndTag(at))
+    {
+    }
+    m_at = at;
 }
 
 /// False: none, or none that is plain to see.
-bool CTreeBuilder::ReadStartTag()
+inline bool CTreeBuilder::ReadStartTag(Place& at)
 {
-    const WCHAR* const pTag = m_pText + m_next;
-    if (!StartsName(pTag[1]))
+    const WCHAR* const pTag = m_pText + at.next;
+    if (pTag[0] != TEXT('<') || !StartsName(pTag[1]))
         return false;
-    if (pTag[2] == TEXT('>'))
-    {
-        StartElement(3, false);
-        return true;
-    }
+    // The shortest tags, <a> and <a/>, are not worth a search.
+    int end = at.next + 2;
+    bool isEmpty = false;
     if (pTag[2] == TEXT('/') && pTag[3] == TEXT('>'))
     {
-        StartElement(4, true);
-        return true;
+        ++end;
+        isEmpty = true;
     }
-    const int end = m_tagEnds.Find(m_next + 2);
-    if (end == CTagEndFinder::NotFound)
-        return false;
-    const int quote = m_tagEnds.GetFirstQuote();
-    if (quote != CTagEndFinder::NotFound && quote < end && IsInName(quote))
-        return false;
-    StartElement(end + 1 - m_next, EndsInSlash(end));
+    else if (pTag[2] != TEXT('>'))
+    {
+        end = m_tagEnds.Find(end);
+        if (end == CTagEndFinder::NotFound)
+            return false;
+        const int quote = m_tagEnds.GetFirstQuote();
+        if (quote != CTagEndFinder::NotFound && quote < end && IsInName(at.next, quote))
+            return false;
+        isEmpty = EndsInSlash(at.next, end);
+    }
+    StartElement(at, end + 1 - at.next, isEmpty);
     return true;
 }
 
-/// Whether a quote in the tag at m_next is part of the tag's name, where it protects nothing.
-bool CTreeBuilder::IsInName(int quote) const
+/// Whether a quote is part of the tag's name, where it protects nothing.
+inline bool CTreeBuilder::IsInName(int tag, int quote) const
 {
-    while (quote > m_next && !EndsTagName(m_pText[quote]))
+    while (quote > tag && !EndsTagName(m_pText[quote]))
         --quote;
-    return quote == m_next;
+    return quote == tag;
 }
 
 /// A / before the > counts directly behind the name, white space or a quote only, so that the unquoted value of
 /// "<a href=x/>" keeps its slash.
-bool CTreeBuilder::EndsInSlash(int end) const
+inline bool CTreeBuilder::EndsInSlash(int tag, int end) const
 {
     const int slash = end - 1;
     if (m_pText[slash] != TEXT('/'))
@@ -115,40 +143,90 @@ bool CTreeBuilder::EndsInSlash(int end) const
     const WCHAR before = m_pText[slash - 1];
     if (IsXmlSpace(before) || before == TEXT('"') || before == TEXT('\''))
         return true;
-    int nameEnd = m_next + 2;
+    int nameEnd = tag + 2;
     while (!EndsTagName(m_pText[nameEnd]))
         ++nameEnd;
     return nameEnd == slash;
 }
 
 /// An end tag without blanks that ends the innermost open element. False: none such.
-bool CTreeBuilder::ReadEndTag()
+inline bool CTreeBuilder::ReadEndTag(Place& at)
 {
-    if (m_pText[m_next + 1] != TEXT('/') || m_open.empty())
+    const WCHAR* const pTag = m_pText + at.next;
+    if (pTag[0] != TEXT('<') || pTag[1] != TEXT('/') || at.depth == 0)
         return false;
-    const WCHAR* const pTagName = m_pText + m_next + 2;
-    const WCHAR* const pName = NameAt(m_parent);
+    const WCHAR* const pTagName = pTag + 2;
+    const WCHAR* const pName = NameAt(at.parent);
     int length = 0;
     while (pTagName[length] == pName[length] && !EndsTagName(pName[length]))
         ++length;
     if (pTagName[length] != TEXT('>') || !EndsTagName(pName[length]))
         return false;
-    EndElement(m_parent, length + 3);
-    m_next += length + 3;
+    EndElement(at, length + 3);
     return true;
+}
+
+/// Of the start tag of that length. length and tagLengths of the record are at first those of an element that ends with
+/// its start tag. That is what an empty and an unended one keep.
+inline void CTreeBuilder::StartElement(Place& at, int length, bool isEmpty)
+{
+    if (at.used == m_document.m_capacity)
+        Reserve(at.used);
+    const int index = at.used++;
+    const bool isFirst = at.lastChild == 0;
+    At(index) = {.start = at.next,
+                 .length = length,
+                 .tagLengths = static_cast<unsigned>(length) & StartTagLengthMask,
+                 .levelAndFlags = (static_cast<unsigned>(at.depth) & LevelMask) | (isFirst ? FirstChildFlag : 0),
+                 .parent = at.parent,
+                 .firstChild = 0,
+                 .nextSibling = 0,
+                 .prevSibling = isFirst ? index : at.lastChild};
+    if (isFirst)
+        At(at.parent).firstChild = index;
+    else
+        At(at.lastChild).nextSibling = index;
+    at.next += length;
+    at.lastChild = index;
+    if (isEmpty)
+        return;
+    at.parent = index;
+    at.lastChild = 0;
+    if (static_cast<size_t>(++at.depth) == m_open.size())
+        m_open.resize(m_open.size() * 2);
+    m_open[static_cast<size_t>(at.depth)] = index;
+}
+
+void CTreeBuilder::Reserve(int used)
+{
+    m_document.m_usedPositions = used;
+    m_document.ReserveRecords(0);
+}
+
+/// The innermost open element, with its end tag of that length.
+inline void CTreeBuilder::EndElement(Place& at, int length)
+{
+    XmlElementPosition& element = At(at.parent);
+    element.length = at.next - element.start + length;
+    element.tagLengths |= static_cast<unsigned>(length) << StartTagLengthBits; // bits beyond the ten fall off
+    if (element.firstChild != at.lastChild)
+        At(element.firstChild).prevSibling = at.lastChild;
+    at.next += length;
+    at.lastChild = at.parent;
+    at.parent = m_open[static_cast<size_t>(--at.depth)];
 }
 
 void CTreeBuilder::ReadOtherNode()
 {
     XmlNodeEntry node;
-    m_scanner.next = m_next;
+    m_scanner.next = m_at.next;
     switch (ReadNode(m_scanner, node))
     {
     case NodeElement:
-        StartElement(node.length, (node.flags & EmptyElementFlag) != 0);
+        StartElement(m_at, node.length, (node.flags & EmptyElementFlag) != 0);
         break;
     case NodeEndTag:
-        EndElementByName(node.start, node.length);
+        EndElementByName(node.length);
         break;
     case NodeError:
         RecordFault();
@@ -158,80 +236,31 @@ void CTreeBuilder::ReadOtherNode()
     default:
         break; // leaves no trace in the table
     }
-    m_next = m_scanner.next;
+    m_at.next = m_scanner.next;
 }
 
-/// Of the start tag at m_next, of that length. length and tagLengths of the record are at first those of an element
-/// that ends with its start tag. That is what an empty and an unended one keep.
-void CTreeBuilder::StartElement(int length, bool isEmpty)
-{
-    if (m_document.m_usedPositions == m_document.m_capacity)
-        m_document.ReserveRecords(0);
-    const int index = m_document.m_usedPositions++;
-    const bool isFirst = m_lastChild == 0;
-    At(index) = {.start = m_next,
-                 .length = length,
-                 .tagLengths = static_cast<unsigned>(length) & StartTagLengthMask,
-                 .levelAndFlags = (static_cast<unsigned>(m_open.size()) & LevelMask) | (isFirst ? FirstChildFlag : 0),
-                 .parent = m_parent,
-                 .firstChild = 0,
-                 .nextSibling = 0,
-                 .prevSibling = isFirst ? index : m_lastChild};
-    if (isFirst)
-        At(m_parent).firstChild = index;
-    else
-        At(m_lastChild).nextSibling = index;
-    m_lastChild = index;
-    m_next += length;
-    if (isEmpty)
-        return;
-    m_open.push_back(index);
-    m_parent = index;
-    m_lastChild = 0;
-}
-
-/// The innermost open element, with an end tag of that length at m_next.
-void CTreeBuilder::EndElement(int index, int length)
-{
-    CloseChain();
-    XmlElementPosition& element = At(index);
-    element.length = m_next - element.start + length;
-    element.tagLengths |= static_cast<unsigned>(length) << StartTagLengthBits; // bits beyond the ten fall off
-    m_open.pop_back();
-    m_parent = element.parent;
-    m_lastChild = index;
-}
-
-/// The parent's first child learns who is the last.
-void CTreeBuilder::CloseChain()
-{
-    if (const int firstChild = At(m_parent).firstChild)
-        At(firstChild).prevSibling = m_lastChild;
-}
-
-/// The end tag at start whose name is the scanner's token: of the innermost open element of that name.
-void CTreeBuilder::EndElementByName(int start, int length)
+/// The end tag of that length whose name is the scanner's token: of the innermost open element of that name.
+void CTreeBuilder::EndElementByName(int length)
 {
     const WCHAR* const pName = m_pText + m_scanner.first;
     const int nameLength = m_scanner.last - m_scanner.first + 1;
-    size_t depth = m_open.size();
-    while (depth > 0 && !IsNamed(m_open[depth - 1], pName, nameLength))
+    int depth = m_at.depth;
+    while (depth > 0 && !IsNamed(m_open[static_cast<size_t>(depth)], pName, nameLength))
         --depth;
     if (depth == 0)
     {
         RecordFault();
         if (Result().IsEmpty())
             Result().Format(TEXT("No start tag for end tag '%s' at offset %d"), GetTokenText(m_scanner).GetString(),
-                            start);
+                            m_at.next);
         return;
     }
-    const int index = m_open[depth - 1];
-    if (index != m_parent && Result().IsEmpty())
+    if (depth != m_at.depth && Result().IsEmpty())
         Result().Format(TEXT("End tag '%s' at offset %d does not match start tag '%s' at offset %d"),
-                        GetTokenText(m_scanner).GetString(), m_scanner.first - 1, NameOf(m_parent).GetString(),
-                        At(m_parent).start);
-    CloseUnended(index);
-    EndElement(index, length);
+                        GetTokenText(m_scanner).GetString(), m_scanner.first - 1, NameOf(m_at.parent).GetString(),
+                        At(m_at.parent).start);
+    CloseUnended(m_open[static_cast<size_t>(depth)]);
+    EndElement(m_at, length);
 }
 
 /// As NameMatches has it, with the name in the element's start tag. It is no NUL that ends this one.
@@ -255,8 +284,9 @@ CString CTreeBuilder::NameOf(int index)
 
 void CTreeBuilder::EndText()
 {
-    if (!m_open.empty() && Result().IsEmpty())
-        Result().Format(TEXT("Element '%s' at offset %d not ended"), NameOf(m_parent).GetString(), At(m_parent).start);
+    if (m_at.depth != 0 && Result().IsEmpty())
+        Result().Format(TEXT("Element '%s' at offset %d not ended"), NameOf(m_at.parent).GetString(),
+                        At(m_at.parent).start);
     CloseUnended(0);
     CloseChain();
 }
@@ -264,17 +294,24 @@ void CTreeBuilder::EndText()
 /// Closes, from the innermost out, the open elements inside heir, which takes over all their children.
 void CTreeBuilder::CloseUnended(int heir)
 {
-    if (m_parent != heir)
+    if (m_at.parent != heir)
         At(0).levelAndFlags |= DocumentIllFormedFlag;
-    while (m_parent != heir)
+    while (m_at.parent != heir)
     {
         CloseChain();
-        HandOver(m_parent, heir);
-        m_lastChild = m_parent;
-        m_open.pop_back();
-        m_parent = m_open.empty() ? 0 : m_open.back();
+        HandOver(m_at.parent, heir);
+        m_at.lastChild = m_at.parent;
+        m_at.parent = m_open[static_cast<size_t>(--m_at.depth)];
     }
 }
+
+/// The parent's first child learns who is the last.
+void CTreeBuilder::CloseChain()
+{
+    if (const int firstChild = At(m_at.parent).firstChild)
+        At(firstChild).prevSibling = m_at.lastChild;
+}
+
 /// Makes an unended element childless: its children follow it among its siblings. It is the last of these, and heir
 /// will be the parent of them all. Only its own children are walked: what an inner unended element handed over hangs
 /// behind the last of them, and has its parent already. So a deep damaged text costs no more than a flat one.
@@ -303,7 +340,7 @@ void CTreeBuilder::HandOver(int index, int heir)
 void CTreeBuilder::RecordFault()
 {
     At(0).levelAndFlags |= DocumentIllFormedFlag;
-    At(m_parent).levelAndFlags |= IllFormedFlag;
+    At(m_at.parent).levelAndFlags |= IllFormedFlag;
 }
 } // namespace
 

@@ -311,11 +311,3 @@ CString GetTokenText(const XmlScanner& scanner)
         return CString();
     return CString(scanner.text + scanner.first, scanner.last - scanner.first + 1);
 }
-
-bool NameMatches(const WCHAR* pToken, int length, const WCHAR* pName)
-{
-    if (wcsncmp(pToken, pName, static_cast<size_t>(length)) != 0)
-        return false;
-    const WCHAR behind = pName[length];
-    return behind == 0 || wcschr(TEXT(" =/[]"), behind) != nullptr;
-}

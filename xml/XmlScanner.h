@@ -28,7 +28,21 @@ struct XmlScanner
     unsigned flags = 0; ///< QuotedTokenFlag
     int savedStart = 0; ///< ScanAttribute: where the white space before the matched name begins
     int savedGap = 0;   ///< ScanAttribute: how much white space that is
+    int length = 0;     ///< of the text as far as it is known, which makes a search in it faster
 };
+
+/// A set of units below 64, with NUL in it: a bit for each.
+constexpr uint64_t UnitSet(const WCHAR* pUnits)
+{
+    uint64_t set = 1;
+    for (; *pUnits != 0; ++pUnits)
+        set |= uint64_t{1} << *pUnits;
+    return set;
+}
+constexpr bool IsIn(uint64_t set, WCHAR unit)
+{
+    return unit < 64 && (set >> unit & 1) != 0;
+}
 
 /// In XmlScanner::flags: the token stood in quotes.
 constexpr unsigned QuotedTokenFlag = 0x8000;
@@ -72,9 +86,21 @@ int ReadNode(XmlScanner& scanner, XmlNodeEntry& entry);
 /// The scanner's token; empty if it has none.
 CString GetTokenText(const XmlScanner& scanner);
 
+/// What ends a name that is asked for, in NameMatches.
+inline bool EndsAskedName(WCHAR unit)
+{
+    return IsIn(UnitSet(TEXT(" =/")), unit) || unit == TEXT('[') || unit == TEXT(']');
+}
+
 /// Whether pName asks for the token of length units at pToken: equal unit by unit up to the end of pName or to one of
 /// " =/[]" in it. What stands behind that delimiter is ignored.
-bool NameMatches(const WCHAR* pToken, int length, const WCHAR* pName);
+inline bool NameMatches(const WCHAR* pToken, int length, const WCHAR* pName)
+{
+    for (int i = 0; i < length; ++i)
+        if (pToken[i] != pName[i])
+            return false;
+    return EndsAskedName(pName[length]);
+}
 
 /// Looks for the attribute of that name, from scanner.next, behind the < of a start tag, on. True: the scanner's token
 /// is its value, without quotes and undecoded; an attribute without = has its own name as value. The first of several

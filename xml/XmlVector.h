@@ -60,6 +60,20 @@ private:
 /// none.
 inline int FindUnit(const WCHAR* pText, int from, int length, WCHAR unit)
 {
+    // The first units alone, since what is sought is often near. Marked are units of 0x8000 and above, too.
+    if (length - from >= 16)
+    {
+        const __m128i units = PackUnits(pText + from);
+        const __m128i found = _mm_or_si128(_mm_cmpeq_epi8(units, _mm_set1_epi8(static_cast<char>(unit))),
+                                           _mm_cmpeq_epi8(units, _mm_setzero_si128()));
+        for (unsigned marks = static_cast<unsigned>(_mm_movemask_epi8(found)); marks != 0; marks &= marks - 1)
+        {
+            const int at = from + std::countr_zero(marks);
+            if (pText[at] == unit || pText[at] == 0)
+                return at;
+        }
+        from += 16;
+    }
     for (; length - from >= UnitsPerBlock; from += UnitsPerBlock)
     {
         const PackedBlock block(pText + from);
@@ -86,7 +100,8 @@ inline uint64_t InsideQuotes(uint64_t quotes)
     return quotes;
 }
 
-/// Finds where start tags end. Keeps the marks of the block that it looked at last, since short tags share one.
+/// Finds where start tags end. Goes over the text once, block by block, and keeps what it knows of the block that it
+/// has come to, since short tags share one.
 class CTagEndFinder
 {
 public:
@@ -94,95 +109,25 @@ public:
 
     CTagEndFinder(const WCHAR* pText, int length) : m_pText(pText), m_length(length) {}
 
-    /// The offset of the first > from that unit on which stands outside quotes. NotFound if that would take it into a
-    /// block with a NUL, or into the last units, which fill no block: those are for a reader that goes unit by unit.
+    /// The offset of the first > from that unit on which stands outside quotes; that unit is no quote. NotFound if the
+    /// way there leads into a block with a NUL, or into the last units, which fill no block: those are for a reader
+    /// that goes unit by unit.
     int Find(int from);
     /// Of the last Find: the offset of the first quote, or NotFound.
     int GetFirstQuote() const { return m_firstQuote; }
 
 private:
-    bool Load(int block);
-    int WalkQuotes(uint64_t from, WCHAR& open) const;
+    bool Load(int block, uint64_t ahead);
+    bool LoadNext();
+    uint64_t WalkQuotes(uint64_t doubles, uint64_t singles);
+    bool IsOutside(int from) const;
 
     const WCHAR* m_pText;
     int m_length;
-    int m_block = NotFound; ///< offset of the block that the marks are of
-    uint64_t m_greater = 0;
-    uint64_t m_double = 0;
-    uint64_t m_single = 0;
     int m_firstQuote = NotFound;
+    int m_block = NotFound; ///< the offset of the block
+    WCHAR m_open = 0;       ///< the quote that is open behind it
+    uint64_t m_quotes = 0;  ///< a bit for each quote in it, and so on
+    uint64_t m_inside = 0;  ///< from an opening quote to before the closing one
+    uint64_t m_ends = 0;    ///< > outside quotes
 };
-
-inline bool CTagEndFinder::Load(int block)
-{
-    if (block == m_block)
-        return true;
-    if (m_length - block < UnitsPerBlock)
-        return false;
-    const PackedBlock packed(m_pText + block);
-    for (uint64_t zeros = packed.MayHoldNul() ? packed.Marks(0) : 0; zeros != 0; zeros &= zeros - 1)
-        if (m_pText[block + std::countr_zero(zeros)] == 0)
-            return false;
-    m_block = block;
-    m_greater = packed.Marks(TEXT('>'));
-    m_double = packed.Marks(TEXT('"'));
-    m_single = packed.Marks(TEXT('\''));
-    return true;
-}
-
-inline int CTagEndFinder::Find(int from)
-{
-    m_firstQuote = NotFound;
-    WCHAR open = 0; // the quote that the block starts in
-    for (;;)
-    {
-        const int block = from & -UnitsPerBlock;
-        const uint64_t ahead = ~uint64_t{0} << (from & (UnitsPerBlock - 1));
-        if (!Load(block))
-            return NotFound;
-        const uint64_t doubles = m_double & ahead;
-        const uint64_t singles = m_single & ahead;
-        const uint64_t quotes = doubles | singles;
-        if (m_firstQuote == NotFound && quotes != 0)
-            m_firstQuote = block + std::countr_zero(quotes);
-        from = block + UnitsPerBlock;
-
-        // A quote of one kind says nothing inside the other.
-        if (open != 0 && (open == TEXT('"') ? doubles : singles) == 0)
-        {
-            from = FindUnit(m_pText, from, m_length, open);
-            continue;
-        }
-        if (doubles != 0 && singles != 0)
-        {
-            const int end = WalkQuotes(ahead, open);
-            if (end != NotFound)
-                return end;
-            continue;
-        }
-        const uint64_t inside = InsideQuotes(quotes) ^ (open != 0 ? ~uint64_t{0} : 0);
-        if (const uint64_t ends = m_greater & ahead & ~inside)
-            return block + std::countr_zero(ends);
-        if (inside >> (UnitsPerBlock - 1) == 0)
-            open = 0;
-        else if (quotes != 0)
-            open = doubles != 0 ? TEXT('"') : TEXT('\'');
-    }
-}
-
-/// For a block with quotes of both kinds: one by one. Returns where the tag ends; NotFound: not in this block.
-inline int CTagEndFinder::WalkQuotes(uint64_t ahead, WCHAR& open) const
-{
-    for (;;)
-    {
-        const uint64_t quotes = open == 0 ? m_double | m_single : open == TEXT('"') ? m_double : m_single;
-        const uint64_t marks = ahead & (open == 0 ? quotes | m_greater : quotes);
-        if (marks == 0)
-            return NotFound;
-        const uint64_t mark = marks & (~marks + 1);
-        if ((mark & quotes) == 0)
-            return m_block + std::countr_zero(marks);
-        open = open != 0 ? WCHAR{0} : (mark & m_double) != 0 ? TEXT('"') : TEXT('\'');
-        ahead = ~(mark | (mark - 1));
-    }
-}
