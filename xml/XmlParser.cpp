@@ -1,11 +1,57 @@
 #include "xml/XmlDocument.h"
 #include "xml/XmlVector.h"
 
+#include <algorithm>
+#include <span>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace
 {
+/// The names of the open elements, counted, so that an end tag that none of them matches need not be compared with
+/// each: many such tags inside many open elements would cost the product. It follows the open elements only when it is
+/// asked, which a well-formed text never needs.
+class COpenNames
+{
+public:
+    using Name = std::basic_string_view<WCHAR>;
+
+    /// Takes note of the elements open by now: indexes, outermost first. nameOf: gives the name of an index.
+    template <typename NameOf>
+    void Follow(std::span<const int> open, NameOf nameOf);
+    /// False: none of them matches an end tag of that name. True: it has to be tried.
+    bool MayHold(Name name) const { return m_counts.contains(Head(name)); }
+
+private:
+    /// As far as the names that match each other are the same in any case.
+    static Name Head(Name name) { return name.substr(0, name.find_first_of(TEXT("=[]"))); }
+
+    std::vector<int> m_known;
+    std::unordered_map<Name, int> m_counts; ///< by head
+};
+
+template <typename NameOf>
+void COpenNames::Follow(std::span<const int> open, NameOf nameOf)
+{
+    // Indexes only grow, so what is still open is a common beginning of both.
+    size_t same = std::min(m_known.size(), open.size());
+    while (same > 0 && m_known[same - 1] != open[same - 1])
+        --same;
+    for (; m_known.size() > same; m_known.pop_back())
+    {
+        const auto found = m_counts.find(Head(nameOf(m_known.back())));
+        if (--found->second == 0)
+            m_counts.erase(found);
+    }
+    for (size_t i = same; i < open.size(); ++i)
+    {
+        m_known.push_back(open[i]);
+        ++m_counts[Head(nameOf(open[i]))];
+    }
+}
+
 /// Fills the table with the elements of a text. A fault never stops it: the first one leaves its message in m_result,
 /// since behind one broken tag nearly everything looks broken.
 /// Start tags and end tags as they nearly always are it reads itself; whatever else stands at a < it leaves to
@@ -40,7 +86,8 @@ private:
 
     XmlElementPosition& At(int index) { return m_document.At(index); }
     const WCHAR* NameAt(int index) { return m_pText + At(index).start + 1; }
-    CString NameOf(int index);
+    COpenNames::Name NameOf(int index);
+    CString TextOf(int index) { return CString(NameOf(index).data(), static_cast<int>(NameOf(index).size())); }
     CString& Result() { return m_document.m_result; }
 
     void ReadCommonTags();
@@ -55,6 +102,7 @@ private:
     void ReadOtherNode();
     void EndElementByName(int length);
     void EndText();
+    int FindOpen(const WCHAR* pName, int length);
     bool IsNamed(int index, const WCHAR* pName, int length);
     void CloseUnended(int heir);
     void CloseChain();
@@ -68,6 +116,7 @@ private:
     CTagEndFinder m_tagEnds;
     Place m_at;
     std::vector<int> m_open; ///< the open elements, outermost first, behind record 0; the rest is room
+    COpenNames m_openNames;
 };
 
 void CTreeBuilder::Build()
@@ -244,9 +293,7 @@ void CTreeBuilder::EndElementByName(int length)
 {
     const WCHAR* const pName = m_pText + m_scanner.first;
     const int nameLength = m_scanner.last - m_scanner.first + 1;
-    int depth = m_at.depth;
-    while (depth > 0 && !IsNamed(m_open[static_cast<size_t>(depth)], pName, nameLength))
-        --depth;
+    const int depth = FindOpen(pName, nameLength);
     if (depth == 0)
     {
         RecordFault();
@@ -257,10 +304,28 @@ void CTreeBuilder::EndElementByName(int length)
     }
     if (depth != m_at.depth && Result().IsEmpty())
         Result().Format(TEXT("End tag '%s' at offset %d does not match start tag '%s' at offset %d"),
-                        GetTokenText(m_scanner).GetString(), m_scanner.first - 1, NameOf(m_at.parent).GetString(),
+                        GetTokenText(m_scanner).GetString(), m_scanner.first - 1, TextOf(m_at.parent).GetString(),
                         At(m_at.parent).start);
     CloseUnended(m_open[static_cast<size_t>(depth)]);
     EndElement(m_at, length);
+}
+
+/// The place in m_open of the innermost open element of that name; 0: none.
+int CTreeBuilder::FindOpen(const WCHAR* pName, int length)
+{
+    constexpr int triedFirst = 16; // where nearly every search ends
+    int depth = m_at.depth;
+    const int outermostTried = std::max(depth - triedFirst, 0);
+    while (depth > outermostTried && !IsNamed(m_open[static_cast<size_t>(depth)], pName, length))
+        --depth;
+    if (depth != outermostTried || depth == 0)
+        return depth;
+    m_openNames.Follow({m_open.data() + 1, static_cast<size_t>(depth)}, [this](int index) { return NameOf(index); });
+    if (!m_openNames.MayHold({pName, static_cast<size_t>(length)}))
+        return 0;
+    while (depth > 0 && !IsNamed(m_open[static_cast<size_t>(depth)], pName, length))
+        --depth;
+    return depth;
 }
 
 /// As NameMatches has it, with the name in the element's start tag. It is no NUL that ends this one.
@@ -273,19 +338,19 @@ bool CTreeBuilder::IsNamed(int index, const WCHAR* pName, int length)
     return EndsTagName(behind) || behind == TEXT('=') || behind == TEXT('[') || behind == TEXT(']');
 }
 
-CString CTreeBuilder::NameOf(int index)
+COpenNames::Name CTreeBuilder::NameOf(int index)
 {
     const WCHAR* const pName = NameAt(index);
     int length = 0;
     while (!EndsTagName(pName[length]))
         ++length;
-    return CString(pName, length);
+    return {pName, static_cast<size_t>(length)};
 }
 
 void CTreeBuilder::EndText()
 {
     if (m_at.depth != 0 && Result().IsEmpty())
-        Result().Format(TEXT("Element '%s' at offset %d not ended"), NameOf(m_at.parent).GetString(),
+        Result().Format(TEXT("Element '%s' at offset %d not ended"), TextOf(m_at.parent).GetString(),
                         At(m_at.parent).start);
     CloseUnended(0);
     CloseChain();
