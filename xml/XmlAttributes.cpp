@@ -196,7 +196,7 @@ CString DecodeEntities(const WCHAR* pSource, int length)
     WCHAR* pEnd = std::copy_n(pSource, next, pBuffer);
     while (next < length)
     {
-        Reference reference{0, 0};
+        CReference reference{0, 0};
         if (pSource[next] == TEXT('&'))
             reference = pSource[next + 1] == TEXT('#') ? ReadNumericReference(pSource + next)
                                                        : ReadNamedReference(pSource + next, length - next);
