@@ -165,8 +165,8 @@ CReference ReadNamedReference(const WCHAR* pReference, int room)
 }
 
 /// pReference: at the & of "&#". At most seven units stand before the ;. They are read as the runtime reads a number:
-/// with white space, a sign and, in base 16, a prefix before it and whatever behind it. Runtimes differ in what they take
-/// for digits and blanks beyond ASCII; XML has none of them, so the number ends there.
+/// with white space, a sign and, in base 16, a prefix before it and whatever behind it. Runtimes differ in what they
+/// take for digits and blanks beyond ASCII; XML has none of them, so the number ends there.
 CReference ReadNumericReference(const WCHAR* pReference)
 {
     const bool isHex = pReference[2] == TEXT('x');
