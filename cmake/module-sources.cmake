@@ -8,6 +8,7 @@ set(VELTRANO_MODULE_SOURCES
     configuration/ConfigurationStorage.cpp
     configuration/Storage.cpp
     projection/Base64.cpp
+    projection/Base64Ascii.cpp
     projection/Cmd_DefineProjectionEntities.cpp
     projection/DlgDefineProjections.cpp
     projection/ProjectionRegistry.cpp

@@ -1,6 +1,7 @@
 #include "projection/Base64.h"
 
 #include "platform/text.h"
+#include "projection/Base64Ascii.h"
 
 #include <climits>
 #include <cstdlib>
@@ -145,10 +146,6 @@ std::optional<WString> TextOfUtf8(std::string_view bytes)
     return text;
 }
 
-WString TextFrom(const WCHAR* pText)
-{
-    return pText == nullptr ? WString() : WString(pText);
-}
 } // namespace
 
 std::string Base64EncodeBytes(const char* pBytes, uint32_t count)
@@ -190,7 +187,10 @@ std::string Base64DecodeBytes(const std::string& text)
 
 CString EncodeTextValue(const WCHAR* pText)
 {
-    const WString text = TextFrom(pText);
+    CString value;
+    if (pText == nullptr || EncodeAsciiText(pText, wcslen(pText), value))
+        return value;
+    const WString text = pText;
     std::string bytes = NarrowForm(text);
     if (WideForm(bytes) != text)
         bytes.append(TailMark).append(Utf8Form(text));
@@ -201,7 +201,10 @@ CString EncodeTextValue(const WCHAR* pText)
 
 CString DecodeTextValue(const WCHAR* pText)
 {
-    const std::string bytes = Base64DecodeBytes(NarrowForm(TextFrom(pText)));
+    CString ascii;
+    if (pText == nullptr || DecodeAsciiText(pText, wcslen(pText), ascii))
+        return ascii;
+    const std::string bytes = Base64DecodeBytes(NarrowForm(pText));
     const std::string head = bytes.substr(0, bytes.find('\0'));
     const std::string_view rest = std::string_view(bytes).substr(head.size());
     if (rest.starts_with(TailMark))

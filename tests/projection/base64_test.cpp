@@ -100,3 +100,36 @@ TEST(Base64, TextsComeBackInOtherLocales)
         std::setlocale(LC_ALL, "C");
     }
 }
+
+// ASCII takes a way of its own, in blocks. Every length around the blocks' sizes, with nothing foreign and with one
+// foreign unit in every place, must give what the plain bytes give.
+TEST(Base64, AsciiTextsAreCodedAsTheirBytesAre)
+{
+    std::mt19937 random(4711);
+    for (size_t length = 0; length < 70; ++length)
+    {
+        std::string bytes(length, ' ');
+        for (char& byte : bytes)
+            byte = static_cast<char>(1 + random() % 127);
+        const std::string coded = Base64EncodeBytes(bytes.data(), static_cast<uint32_t>(length));
+        const WString text(bytes.begin(), bytes.end());
+        const WString value(coded.begin(), coded.end());
+        EXPECT_TRUE(EncodeTextValue(text.c_str()) == value.c_str()) << bytes;
+        EXPECT_TRUE(DecodeTextValue(value.c_str()) == text.c_str()) << coded;
+        for (size_t i = 0; i < value.size(); ++i)
+            for (const WCHAR foreign : {TEXT('='), TEXT('-'), WCHAR{0x80}, WCHAR{0x0141}, WCHAR{0x8041}, WCHAR{0xFF41}})
+            {
+                WString damaged = value;
+                damaged[i] = foreign;
+                const std::string head = Base64DecodeBytes(coded.substr(0, i));
+                EXPECT_TRUE(DecodeTextValue(damaged.c_str()) == WString(head.begin(), head.end()).c_str())
+                    << coded << i;
+            }
+        for (size_t i = 0; i < length; ++i)
+        {
+            WString latin = text;
+            latin[i] = 0xFC;
+            EXPECT_TRUE(DecodeTextValue(EncodeTextValue(latin.c_str())) == latin.c_str()) << bytes << i;
+        }
+    }
+}
