@@ -37,9 +37,12 @@ CString CConfiguration::GetCfg() const
 
 CString CConfiguration::GetXML()
 {
-    CString element;
-    element.Format(TEXT("<configuration id=\"%s\" cfg=\"%s\" />"), EncodeTextValue(m_id).GetString(),
-                   EncodeTextValue(m_cfg).GetString());
+    // As formatting with "<configuration id=\"%s\" cfg=\"%s\" />" would, without reading the long value again.
+    CString element = TEXT("<configuration id=\"");
+    element += EncodeTextValue(m_id);
+    element += TEXT("\" cfg=\"");
+    element += EncodeTextValue(m_cfg);
+    element += TEXT("\" />");
     return element;
 }
 

@@ -35,14 +35,12 @@ void CStorage::MakeDeepCopy(CStorage& target)
 
 CString CStorage::GetXML()
 {
-    WStringStream stream;
-    stream.exceptions(std::ios_base::badbit); // else an allocation that fails would only shorten the text
-    stream << TEXT("<storage>");
+    CString text = TEXT("<storage>");
     for (const auto& pConfiguration : m_configurationVector)
         if (pConfiguration)
-            pConfiguration->GetXML(stream);
-    stream << TEXT("</storage>");
-    return stream.str().c_str();
+            text += pConfiguration->GetXML();
+    text += TEXT("</storage>");
+    return text;
 }
 
 int CStorage::ParseXML(const WCHAR* pXml)

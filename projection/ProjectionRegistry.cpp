@@ -24,13 +24,11 @@ CString CProjectionRegistry::GetConfigurationId()
 
 CString CProjectionRegistry::GetXML()
 {
-    WStringStream stream;
-    stream.exceptions(std::ios_base::badbit); // else an allocation that fails would only shorten the text
-    stream << TEXT("<projectionRegistry>");
+    CString text = TEXT("<projectionRegistry>");
     for (const auto& pDefinition : m_definitions)
-        stream << pDefinition->GetXML().GetString();
-    stream << TEXT("</projectionRegistry>");
-    return stream.str().c_str();
+        text += pDefinition->GetXML();
+    text += TEXT("</projectionRegistry>");
+    return text;
 }
 
 int CProjectionRegistry::ParseXML(const WCHAR* pXml)

@@ -83,18 +83,17 @@ public:
     void Empty() noexcept { CStringT().Swap(*this); }
     void SetString(PCXSTR pText, int length) { CStringT(pText, length).Swap(*this); }
 
+    /// Takes room for half as much again when it grows, so that many small additions cost no more than their sum.
     void Append(PCXSTR pText, int length)
     {
         const int oldLength = GetLength();
         if (length > INT_MAX - oldLength)
             throw std::bad_alloc();
-        const CStringT keep(*this); // pText may point into this string
-        CStringT grown;
-        const PXSTR pBuffer = grown.GetBuffer(oldLength + length);
-        Copy(pBuffer, m_pText, oldLength);
-        Copy(pBuffer + oldLength, pText, length);
-        grown.ReleaseBufferSetLength(oldLength + length);
-        grown.Swap(*this);
+        const int newLength = oldLength + length;
+        const CStringT keep = IsShared() || newLength > Data()->capacity ? *this : CStringT(); // pText may point into it
+        const int grown = newLength < INT_MAX - oldLength / 2 ? newLength + oldLength / 2 : newLength;
+        Copy(GetBuffer(newLength > Data()->capacity ? grown : newLength) + oldLength, pText, length);
+        ReleaseBufferSetLength(newLength);
     }
     CStringT& operator+=(const CStringT& other)
     {
@@ -170,7 +169,7 @@ public:
     {
         if (length < GetLength())
             length = GetLength();
-        if (Data()->references.load(std::memory_order_acquire) == 1 && Data()->capacity >= length)
+        if (!IsShared() && Data()->capacity >= length)
             return m_pText;
         CStringT own;
         own.m_pText = NewText(length);
@@ -206,6 +205,7 @@ private:
     }
     /// Every library has an empty text of its own, and strings pass between them: another one's has no room either.
     bool IsNil() const noexcept { return m_pText == EmptyText() || Data()->capacity == 0; }
+    bool IsShared() const noexcept { return Data()->references.load(std::memory_order_acquire) != 1; }
     static int CheckedLength(size_t length)
     {
         if (length > static_cast<size_t>(INT_MAX))
