@@ -12,6 +12,7 @@
 #include <limits>
 #include <memory>
 #include <sys/stat.h>
+#include <type_traits>
 #include <unistd.h>
 #include <utility>
 #include <vector>
@@ -376,14 +377,14 @@ CConverter OpenCodePage(UINT codePage)
 }
 
 /// The result rules that both conversions share: the count, or 0 with an error code.
-int ConversionResult(UErrorCode status, int needed, int size)
+int ConversionResult(UErrorCode status, int64_t needed, int size)
 {
     if (size != 0 && (status == U_BUFFER_OVERFLOW_ERROR || needed > size))
         SetLastError(ERROR_INSUFFICIENT_BUFFER);
-    else if (U_FAILURE(status) && status != U_BUFFER_OVERFLOW_ERROR)
+    else if ((U_FAILURE(status) && status != U_BUFFER_OVERFLOW_ERROR) || needed > std::numeric_limits<int>::max())
         SetLastError(ERROR_INVALID_PARAMETER);
     else
-        return needed;
+        return static_cast<int>(needed);
     return 0;
 }
 
@@ -398,6 +399,42 @@ int FromCodePage(UINT codePage, const char* pBytes, int length, LPWSTR pText, in
     const int needed = ucnv_toUChars(pConverter.get(), pText, size, pBytes, length, &status);
     return ConversionResult(status, needed, size);
 }
+/// How many units from the start on are ASCII. Most texts are as a whole, and then need no converter.
+template <typename Unit>
+int CountAscii(const Unit* pText, int length)
+{
+    constexpr int block = 32; // units looked at together, so that the compiler can take them in one go
+    int count = 0;
+    for (; count + block <= length; count += block)
+    {
+        unsigned bits = 0;
+        for (int i = 0; i < block; ++i)
+            bits |= static_cast<std::make_unsigned_t<Unit>>(pText[count + i]);
+        if (bits > 0x7F)
+            break;
+    }
+    while (count < length && static_cast<std::make_unsigned_t<Unit>>(pText[count]) <= 0x7F)
+        ++count;
+    return count;
+}
+
+/// Converts with UTF-8 on one side. convert: ICU's call for what stands behind the ASCII at the start.
+template <typename To, typename From, typename Convert>
+int ConvertUtf8(const From* pFrom, int length, To* pTo, int size, Convert convert)
+{
+    const int ascii = CountAscii(pFrom, length);
+    if (size != 0 && ascii > size)
+        return ConversionResult(U_BUFFER_OVERFLOW_ERROR, ascii, size);
+    if (size != 0)
+        std::copy_n(pFrom, ascii, pTo);
+    if (ascii == length)
+        return ascii;
+    UErrorCode status = U_ZERO_ERROR;
+    int32_t needed = 0;
+    convert(size == 0 ? nullptr : pTo + ascii, size == 0 ? 0 : size - ascii, &needed, pFrom + ascii, length - ascii,
+            0xFFFD, nullptr, &status);
+    return ConversionResult(status, static_cast<int64_t>(ascii) + needed, size);
+}
 } // namespace
 
 int MultiByteToWideChar(UINT codePage, DWORD flags, const char* pBytes, int length, LPWSTR pText, int size)
@@ -410,10 +447,7 @@ int MultiByteToWideChar(UINT codePage, DWORD flags, const char* pBytes, int leng
         length = static_cast<int>(std::strlen(pBytes)) + 1;
     if (codePage != CP_UTF8)
         return FromCodePage(codePage, pBytes, length, pText, size);
-    UErrorCode status = U_ZERO_ERROR;
-    int32_t needed = 0;
-    u_strFromUTF8WithSub(pText, size, &needed, pBytes, length, 0xFFFD, nullptr, &status);
-    return ConversionResult(status, needed, size);
+    return ConvertUtf8(pBytes, length, pText, size, u_strFromUTF8WithSub);
 }
 
 int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR pText, int length, char* pBytes, int size,
@@ -427,10 +461,7 @@ int WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR pText, int length, c
         return Failed(ERROR_INVALID_PARAMETER);
     if (length == -1)
         length = static_cast<int>(wcslen(pText)) + 1;
-    UErrorCode status = U_ZERO_ERROR;
-    int32_t needed = 0;
-    u_strToUTF8WithSub(pBytes, size, &needed, pText, length, 0xFFFD, nullptr, &status);
-    return ConversionResult(status, needed, size);
+    return ConvertUtf8(pText, length, pBytes, size, u_strToUTF8WithSub);
 }
 
 LPWSTR CharLowerW(LPWSTR pText)
