@@ -1,0 +1,168 @@
+#include "platform/win32/win32.h"
+#include "sdk/FileConfigurationHandler.h"
+#include "tests/platform/TestFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <iterator>
+#include <thread>
+
+namespace
+{
+class Handler : public testing::Test
+{
+protected:
+    std::string BytesOf(const char* pName) const
+    {
+        std::ifstream file(m_folder.m_path / pName, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    /// The text of a record in a file of the folder; "-" if file or record is missing.
+    CString TextIn(const WCHAR* pName, const WCHAR* pId) const
+    {
+        VLT::CStorage storage;
+        storage.Load(m_folder.Path(pName).c_str());
+        const auto pRecord = storage.GetConfigurationById(pId);
+        return pRecord ? pRecord->GetCfg() : CString(TEXT("-"));
+    }
+    testing::AssertionResult HasReported(const WCHAR* pPart) const
+    {
+        if (m_report.find(pPart) != WString::npos)
+            return testing::AssertionSuccess();
+        return testing::AssertionFailure() << "reported: " << testing::PrintToString(m_report);
+    }
+
+    const CTestFolder m_folder;
+    const WString m_path = m_folder.Path(TEXT("storage.xml"));
+    WString m_report; ///< the last one
+    const VLT::CFileConfigurationHandler::Report m_reporter = [this](const CString& text) { m_report = text; };
+    VLT::CFileConfigurationHandler m_handler{m_path.c_str(), m_reporter};
+    VLT::CFileConfigurationHandler m_other{m_path.c_str(), m_reporter};
+};
+} // namespace
+
+TEST_F(Handler, KeepsTextsAndTheGenerationBefore)
+{
+    const WString odd = TEXT("<a b=\"\u00E4\"/>\r\n\t");
+    ASSERT_EQ(m_handler.OpenStorage(), 1); // there is no file yet
+    EXPECT_TRUE(m_handler.LoadConfigurationById(TEXT("A")).IsEmpty());
+    EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("first")), 1);
+    EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), odd.c_str()), 1);
+    EXPECT_EQ(m_handler.SaveConfiguration(TEXT("B"), TEXT("")), 1);
+    EXPECT_EQ(m_handler.LoadConfigurationById(TEXT("A")), odd.c_str());
+    m_handler.CloseStorage();
+    EXPECT_TRUE(m_handler.LoadConfigurationById(TEXT("A")).IsEmpty());
+
+    ASSERT_EQ(m_other.OpenStorage(), 1);
+    EXPECT_EQ(m_other.LoadConfigurationById(TEXT("A")), odd.c_str());
+    EXPECT_EQ(TextIn(TEXT("storage.xml.bak"), TEXT("A")), odd.c_str());
+    EXPECT_EQ(TextIn(TEXT("storage.xml.bak"), TEXT("B")), TEXT("-"));
+    EXPECT_EQ(m_report, WString());
+    EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("late")), 0);
+    EXPECT_TRUE(HasReported(TEXT("call OpenStorage")));
+    EXPECT_EQ(TextIn(TEXT("storage.xml.unsaved-1"), TEXT("A")), TEXT("late"));
+    // The same records, the same bytes, in every build.
+    EXPECT_EQ(BytesOf("storage.xml"),
+              "<storage><configuration id=\"QQ==\" "
+              "cfg=\"PGEgYj0i5CIvPg0KCQ==\" /><configuration id=\"Qg==\" cfg=\"\" /></storage>");
+}
+
+TEST_F(Handler, NeverWritesOverAFileThatItCannotRead)
+{
+    const char* const rows[] = {"", "garbage", "<storage><configuration id=\"QQ==\"", "<storage></stor>",
+                                "<projectionRegistry></projectionRegistry>"};
+    int unsaved = 0;
+    for (const char* pRow : rows)
+    {
+        m_folder.Write(u"storage.xml", "<storage></storage>");
+        ASSERT_EQ(m_handler.OpenStorage(), 1);
+        m_folder.Write(u"storage.xml", pRow); // spoilt while it is open, or before
+        m_report.clear();
+        EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("new")), 0) << pRow;
+        EXPECT_TRUE(HasReported(TEXT("no readable <storage> text")));
+        const WString beside = TEXT("storage.xml.unsaved-") + WString(1, static_cast<WCHAR>(TEXT('1') + unsaved++));
+        EXPECT_TRUE(HasReported(m_folder.Path(beside).c_str()));
+        EXPECT_EQ(TextIn(beside.c_str(), TEXT("A")), TEXT("new"));
+        m_report.clear();
+        EXPECT_EQ(m_handler.OpenStorage(), 0) << pRow;
+        EXPECT_TRUE(HasReported(m_path.c_str()));
+        EXPECT_EQ(BytesOf("storage.xml"), pRow);
+    }
+    std::filesystem::remove(m_folder.m_path / "storage.xml");
+    std::filesystem::create_directory(m_folder.m_path / "storage.xml");
+    EXPECT_EQ(m_handler.OpenStorage(), 0);
+    VLT::CFileConfigurationHandler nowhere(m_folder.Path(TEXT("missing\\storage.xml")).c_str(), m_reporter);
+    EXPECT_EQ(nowhere.OpenStorage(), 0);
+    EXPECT_TRUE(HasReported(TEXT("cannot be opened")));
+}
+
+TEST_F(Handler, KeepsWhatAnotherProgramHasStored)
+{
+    m_handler.OpenStorage();
+    m_handler.SaveConfiguration(TEXT("A"), TEXT("common"));
+    m_other.OpenStorage();
+    EXPECT_EQ(m_other.SaveConfiguration(TEXT("B"), TEXT("other's")), 1);
+    EXPECT_EQ(m_handler.SaveConfiguration(TEXT("C"), TEXT("mine")), 1);
+    EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("mine")), 1);
+    EXPECT_EQ(m_report, WString());
+
+    EXPECT_EQ(m_other.SaveConfiguration(TEXT("A"), TEXT("other's")), 0);
+    EXPECT_TRUE(HasReported(TEXT("another program has changed the record 'A'")));
+    EXPECT_EQ(TextIn(TEXT("storage.xml.unsaved-1"), TEXT("A")), TEXT("other's"));
+    EXPECT_EQ(m_other.SaveConfiguration(TEXT("A"), TEXT("mine")), 1); // what stands there anyway
+    for (const auto& [pId, pText] :
+         {std::pair(TEXT("A"), TEXT("mine")), {TEXT("B"), TEXT("other's")}, {TEXT("C"), TEXT("mine")}})
+        EXPECT_EQ(TextIn(TEXT("storage.xml"), pId), pText);
+}
+
+TEST_F(Handler, WaitsForTheLockAndGivesUpWithAReport)
+{
+    m_handler.OpenStorage();
+    m_other.OpenStorage();
+    const HANDLE lock =
+        ::CreateFileW((m_path + TEXT(".lock")).c_str(), GENERIC_READ | GENERIC_WRITE,
+                      FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    OVERLAPPED range{};
+    ASSERT_TRUE(::LockFileEx(lock, LOCKFILE_EXCLUSIVE_LOCK, 0, 1, 0, &range));
+    EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("1")), 0);
+    EXPECT_TRUE(HasReported(TEXT("in use by another program")));
+    EXPECT_EQ(TextIn(TEXT("storage.xml.unsaved-1"), TEXT("A")), TEXT("1"));
+    EXPECT_FALSE(std::filesystem::exists(m_folder.m_path / "storage.xml"));
+
+    // Two that save at the same time, each its own record: the lock lets none of the saves get lost.
+    const auto saveMany = [](VLT::CFileConfigurationHandler& handler, const WCHAR* pId)
+    {
+        int saved = 0;
+        for (WCHAR last = TEXT('a'); last <= TEXT('z'); ++last)
+            saved += handler.SaveConfiguration(pId, WString(1, last).c_str());
+        return saved;
+    };
+    int savedByOther = 0;
+    std::thread other([&] { savedByOther = saveMany(m_other, TEXT("B")); });
+    ::Sleep(100);
+    ::CloseHandle(lock);
+    EXPECT_EQ(saveMany(m_handler, TEXT("A")), 26);
+    other.join();
+    EXPECT_EQ(savedByOther, 26) << testing::PrintToString(m_report);
+    EXPECT_EQ(TextIn(TEXT("storage.xml"), TEXT("A")), TEXT("z"));
+    EXPECT_EQ(TextIn(TEXT("storage.xml"), TEXT("B")), TEXT("z"));
+}
+
+// Who reads the file keeps it open for a moment; Windows does not let it be replaced meanwhile.
+TEST_F(Handler, SavesWhileAnotherProgramReadsTheFile)
+{
+    m_handler.OpenStorage();
+    m_handler.SaveConfiguration(TEXT("A"), TEXT("1"));
+    const HANDLE reader = ::CreateFileW(m_path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(reader, INVALID_HANDLE_VALUE);
+    std::thread closing(
+        [&]
+        {
+            ::Sleep(300);
+            ::CloseHandle(reader);
+        });
+    EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("2")), 1) << testing::PrintToString(m_report);
+    closing.join();
+    EXPECT_EQ(TextIn(TEXT("storage.xml"), TEXT("A")), TEXT("2"));
+}
