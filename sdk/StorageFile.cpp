@@ -6,8 +6,8 @@ namespace VLT
 {
 namespace
 {
-constexpr int s_lockAttempts = 100;
-constexpr DWORD s_lockPause = 50; // milliseconds: five seconds in all
+constexpr int s_attempts = 100;
+constexpr DWORD s_pause = 50; // milliseconds: five seconds in all
 
 /// Closes its handle.
 class CFileHandle
@@ -50,20 +50,34 @@ bool Exists(const CString& path)
     return ::GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
 }
 
-/// Waits for the lock; false once the time is over or for any other failure, with GetLastError telling which.
-bool WaitForLock(const CFileHandle& file)
+/// Tries until it is done, fails for another reason than that somebody else uses the file, or the time is over. False
+/// then, with GetLastError telling why.
+template <typename Attempt>
+bool WaitFor(Attempt attempt)
 {
-    for (int attempt = 0; attempt < s_lockAttempts; ++attempt)
+    for (int i = 1; !attempt(); ++i)
     {
-        OVERLAPPED range{};
-        if (::LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &range))
-            return true;
-        if (::GetLastError() != ERROR_LOCK_VIOLATION)
+        const DWORD error = ::GetLastError();
+        // A file that somebody reads refuses to be replaced with one of the last two.
+        const bool isInUse =
+            error == ERROR_LOCK_VIOLATION || error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
+        if (!isInUse || i == s_attempts)
             return false;
-        ::Sleep(s_lockPause);
+        ::Sleep(s_pause);
     }
-    ::SetLastError(ERROR_LOCK_VIOLATION);
-    return false;
+    return true;
+}
+
+bool Lock(const CFileHandle& file)
+{
+    OVERLAPPED range{};
+    return ::LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &range) != FALSE;
+}
+
+/// Gives the file the other's name, in the place of the file that has it.
+bool Replace(const CString& from, const CString& to)
+{
+    return ::MoveFileExW(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
 }
 } // namespace
 
@@ -87,17 +101,16 @@ CStorageFile::CStorageFile(const WCHAR* pPath) : m_path(pPath)
 bool CStorageFile::Read(CStorage& storage)
 {
     m_errorText.Empty();
+    // Stays open while the text is read: Windows does not let a file that is open be replaced.
+    const CFileHandle file(m_path, GENERIC_READ, OPEN_EXISTING);
+    const DWORD error = file.IsOpen() ? ERROR_SUCCESS : ::GetLastError();
+    if (error == ERROR_FILE_NOT_FOUND)
     {
-        const CFileHandle file(m_path, GENERIC_READ, OPEN_EXISTING);
-        const DWORD error = file.IsOpen() ? ERROR_SUCCESS : ::GetLastError();
-        if (error == ERROR_FILE_NOT_FOUND)
-        {
-            storage.Clear();
-            return true;
-        }
-        if (error != ERROR_SUCCESS)
-            return Fail(m_path, TEXT("cannot be opened"), error);
+        storage.Clear();
+        return true;
     }
+    if (error != ERROR_SUCCESS)
+        return Fail(m_path, TEXT("cannot be opened"), error);
     if (storage.Load(m_path) != 0)
         return true;
     m_errorText.Format(
@@ -114,7 +127,7 @@ bool CStorageFile::Update(const std::function<bool(CStorage&)>& change)
     const CFileHandle lock(lockPath, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
     if (!lock.IsOpen())
         return Fail(lockPath, TEXT("cannot be made, so the storage beside it is not written"), ::GetLastError());
-    if (!WaitForLock(lock))
+    if (!WaitFor([&] { return Lock(lock); }))
         return Fail(m_path, TEXT("is in use by another program; try again"), ::GetLastError());
 
     CStorage storage;
@@ -158,7 +171,7 @@ bool CStorageFile::Write(CStorage& storage)
         ::DeleteFileW(newPath);
         return false;
     }
-    if (!::MoveFileExW(newPath, m_path, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+    if (!WaitFor([&] { return Replace(newPath, m_path); }))
         return Fail(m_path, TEXT("cannot be replaced; the new content stands in the .new file beside it"),
                     ::GetLastError());
     return true;
@@ -183,7 +196,7 @@ bool CStorageFile::KeepBackup()
         return Fail(copy, TEXT("cannot be written; the storage is as it was"), ::GetLastError());
     if (!Flush(copy))
         return false;
-    if (!::MoveFileExW(copy, backup, MOVEFILE_REPLACE_EXISTING))
+    if (!WaitFor([&] { return Replace(copy, backup); }))
         return Fail(backup, TEXT("cannot be replaced; the storage is as it was"), ::GetLastError());
     return true;
 }

@@ -26,7 +26,7 @@ TEST(Kill, LeavesTheOldOrTheNewContentAtAnyMomentOfASave)
     std::mt19937 random(4711);
     int last = 0;
     int midSave = 0;
-    for (int round = 0; round < 60; ++round)
+    for (int round = 0; round < 40; ++round)
     {
         std::filesystem::remove(lock);
         CChildProcess saver("sdk_saver", path);
