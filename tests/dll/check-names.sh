@@ -19,6 +19,10 @@ imports() {
 
 # Sorting merges the variants of one constructor or destructor: they read alike.
 found=$("$what" | LC_ALL=C sort -u) || { echo "nothing read from $library" >&2; exit 1; }
-diff <(grep -v '^\(#\|$\)' "$list" | LC_ALL=C sort) <(echo "$found") |
-    sed -n 's/^</missing:/p; s/^>/not in the list:/p' | tee /dev/stderr | grep -q . && exit 1
+differences=$(diff <(grep -v '^\(#\|$\)' "$list" | LC_ALL=C sort) <(echo "$found") |
+    sed -n 's/^</missing:/p; s/^>/not in the list:/p')
+if [ -n "$differences" ]; then
+    echo "$differences" >&2
+    exit 1
+fi
 echo "$(wc -l <<<"$found") names, as listed"
