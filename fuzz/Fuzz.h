@@ -1,0 +1,76 @@
+#pragma once
+/// What the fuzz targets share. A target is one LLVMFuzzerTestOneInput; where libFuzzer is not linked in,
+/// ReplayMain.cpp is its program and runs files through it.
+#include "platform/mfc/atlstr.h"
+#include "platform/text.h"
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <random>
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t size);
+
+/// Ends the program, which is how a fuzzer learns of a finding, unless the property holds.
+inline void Require(bool holds, const char* pProperty)
+{
+    if (holds)
+        return;
+    std::fprintf(stderr, "does not hold: %s\n", pProperty);
+    std::abort();
+}
+
+/// UTF-16LE input as text in a block of exactly its own size, a NUL behind the last unit: a sanitizer sees one unit too
+/// far. An odd last byte is dropped.
+class CExactText
+{
+public:
+    CExactText(const uint8_t* pData, size_t size) : m_length(size / 2), m_pUnits(new WCHAR[m_length + 1])
+    {
+        if (m_length != 0)
+            std::memcpy(m_pUnits.get(), pData, m_length * sizeof(WCHAR));
+        m_pUnits[m_length] = 0;
+    }
+    const WCHAR* Get() const { return m_pUnits.get(); }
+    /// Units, NULs among them included.
+    int GetLength() const { return static_cast<int>(m_length); }
+
+private:
+    size_t m_length;
+    std::unique_ptr<WCHAR[]> m_pUnits;
+};
+
+inline WString Units(const CString& text)
+{
+    return WString(text.GetString(), static_cast<size_t>(text.GetLength()));
+}
+
+/// The process's own file, for what is read by path. Stays behind after a finding.
+class CInputFile
+{
+public:
+    CInputFile() = default;
+    ~CInputFile() { std::filesystem::remove(m_path); }
+    CInputFile(const CInputFile&) = delete;
+    CInputFile& operator=(const CInputFile&) = delete;
+
+    void Write(const uint8_t* pData, size_t size) const
+    {
+        std::ofstream file(m_path, std::ios::binary);
+        file.write(reinterpret_cast<const char*>(pData), static_cast<std::streamsize>(size));
+        Require(file.flush().good(), "the input file can be written");
+    }
+    WString GetPath() const
+    {
+        const std::u16string path = m_path.u16string();
+        return WString(path.begin(), path.end());
+    }
+
+private:
+    const std::filesystem::path m_path = (std::filesystem::temp_directory_path() / "veltrano_fuzz_") +=
+        std::to_string(std::random_device()());
+};

@@ -1,0 +1,215 @@
+// Input: UTF-16LE text. Whatever the text, the table points into it, its links form a tree in document order, and the
+// plain second form of the document, which the tests have, says the same.
+#include "fuzz/Fuzz.h"
+#include "tests/xml/PlainXml.h"
+#include "xml/XmlDocument.h"
+
+#include <algorithm>
+#include <tuple>
+#include <vector>
+
+namespace
+{
+// End tags of 2^10 units and more lose bits of their length; shorter texts have none.
+constexpr int s_exactTagLengths = 1 << 10;
+
+int StartTagLength(const XmlElementPosition& element)
+{
+    return static_cast<int>(element.tagLengths & StartTagLengthMask);
+}
+
+int EndTagLength(const XmlElementPosition& element)
+{
+    return static_cast<int>(element.tagLengths >> StartTagLengthBits);
+}
+
+/// Checks the table of one parsed document.
+class CTableCheck
+{
+public:
+    CTableCheck(const CXmlDocument& document, bool isFaultless)
+        : m_document(document),
+          m_pText(document.m_text.GetString()),
+          m_end(static_cast<int>(wcslen(m_pText))),
+          m_isFaultless(isFaultless)
+    {
+    }
+
+    void Run()
+    {
+        const XmlElementPosition& root = m_document.At(0);
+        Require(root.start == 0 && root.length == m_document.m_text.GetLength(), "record 0 is the whole text");
+        Require(root.parent == 0 && root.nextSibling == 0, "record 0 is nobody's child");
+        for (int i = 1; i < m_document.m_usedPositions; ++i)
+            CheckPlace(m_document.At(i));
+        VisitInOrder();
+        Require(m_visited == m_document.m_usedPositions - 1, "the links reach every element");
+        Require(!m_isFaultless || m_unended == 0, "a faultless text has no unended element");
+    }
+
+private:
+    /// One element by itself.
+    void CheckPlace(const XmlElementPosition& element) const
+    {
+        Require(element.start >= 0 && element.length > 0 && element.length <= m_end - element.start,
+                "an element lies inside the text");
+        const WCHAR* pElement = m_pText + element.start;
+        const int startTag = StartTagLength(element);
+        Require(pElement[0] == TEXT('<') && startTag <= element.length && pElement[startTag - 1] == TEXT('>'),
+                "the start tag's length matches it");
+        if (m_end >= s_exactTagLengths)
+            return;
+        const int endTag = EndTagLength(element);
+        if (endTag == 0)
+        {
+            Require(element.length == startTag, "without an end tag the start tag is all");
+            return;
+        }
+        const WCHAR* pEndTag = pElement + element.length - endTag;
+        Require(startTag + endTag <= element.length && wcsncmp(pEndTag, TEXT("</"), 2) == 0 &&
+                    pEndTag[endTag - 1] == TEXT('>'),
+                "the end tag's length matches it");
+        Require((element.levelAndFlags & UnendedFlag) == 0, "an ended element is not unended");
+    }
+
+    /// Walks the links depth first. They hold no loop if each element comes when its index does. Levels are too many
+    /// for recursion.
+    void VisitInOrder()
+    {
+        std::vector<int> open{0};
+        int previous = 0; // sibling in front
+        int next = m_document.At(0).firstChild;
+        for (;;)
+        {
+            if (next == 0)
+            {
+                CloseChain(open.back(), previous);
+                previous = open.back();
+                open.pop_back();
+                if (open.empty())
+                    return;
+                next = m_document.At(previous).nextSibling;
+                continue;
+            }
+            Require(next == ++m_visited && next < m_document.m_usedPositions, "elements link in document order");
+            CheckLinks(next, open, previous);
+            open.push_back(next);
+            previous = 0;
+            next = m_document.At(next).firstChild;
+        }
+    }
+
+    void CheckLinks(int index, const std::vector<int>& open, int previous)
+    {
+        const XmlElementPosition& element = m_document.At(index);
+        const XmlElementPosition& parent = m_document.At(open.back());
+        Require(element.parent == open.back(), "a child knows its parent");
+        const bool isFirst = previous == 0;
+        Require(isFirst || element.prevSibling == previous, "a later sibling knows the one in front");
+        Require(!isFirst || (element.levelAndFlags & FirstChildFlag) != 0, "a first child is marked");
+        const int from = isFirst ? parent.start : m_document.At(previous).start + m_document.At(previous).length;
+        Require(element.start >= from, "siblings do not overlap");
+        Require(open.back() == 0 || element.start + element.length <= parent.start + parent.length,
+                "a child lies inside its parent");
+        const unsigned level = element.levelAndFlags & LevelMask;
+        const auto depth = static_cast<unsigned>(open.size() - 1);
+        Require(level >= (depth & LevelMask), "an element keeps the level at which it was met, or rose from there");
+        if ((element.levelAndFlags & UnendedFlag) != 0)
+        {
+            ++m_unended;
+            Require(element.firstChild == 0, "an unended element has no children");
+        }
+        if (!m_isFaultless)
+            return;
+        Require(level == (depth & LevelMask), "the level is the depth");
+        Require(isFirst == ((element.levelAndFlags & FirstChildFlag) != 0), "only a first child is marked");
+    }
+
+    void CloseChain(int parent, int last) const
+    {
+        const int first = m_document.At(parent).firstChild;
+        Require(first == 0 || !m_isFaultless || m_document.At(first).prevSibling == last,
+                "a first child knows the last one of its chain");
+    }
+
+    const CXmlDocument& m_document;
+    const WCHAR* m_pText;
+    int m_end; ///< of the text as the parser sees it: up to the first NUL
+    bool m_isFaultless;
+    int m_visited = 0;
+    int m_unended = 0;
+};
+
+template <typename Record>
+auto Fields(const Record& r)
+{
+    return std::make_tuple(int64_t{r.start}, int64_t{r.length}, int64_t{r.tagLengths}, int64_t{r.levelAndFlags},
+                           int64_t{r.parent}, int64_t{r.firstChild}, int64_t{r.nextSibling}, int64_t{r.prevSibling});
+}
+
+void RequireSameTable(const CXmlDocument& document, const CPlainXml& plain)
+{
+    Require(Units(document.m_result) == plain.m_result, "both forms give the same message");
+    Require(document.m_usedPositions == static_cast<int>(plain.m_records.size()), "both forms have as many records");
+    for (int i = 0; i < document.m_usedPositions; ++i)
+        Require(Fields(document.At(i)) == Fields(plain.m_records[static_cast<size_t>(i)]),
+                "both forms have the same records");
+}
+
+/// Visits every element with the cursor, as a reader of a document does, and asks for attributes.
+void Navigate(CXmlDocument& document, CPlainXml& plain)
+{
+    static constexpr const WCHAR* s_names[] = {TEXT("a"), TEXT("id"), TEXT("b="), TEXT("a[1]"), TEXT("")};
+    const int step = document.m_usedPositions / 100 + 1; // keeps many elements from costing their square
+    for (int parent = 0; parent < document.m_usedPositions; parent += step)
+        for (const WCHAR* pName : s_names)
+        {
+            document.m_parentPos = plain.m_parentPos = parent;
+            document.m_currentPos = plain.m_currentPos = 0;
+            document.m_nodeType = plain.m_nodeType = 0;
+            for (int count = 0; count < 20; ++count)
+            {
+                const bool found = document.FindElement(pName);
+                Require(found == plain.FindElement(pName) && document.m_currentPos == plain.m_currentPos,
+                        "both forms find the same element");
+                if (!found)
+                    break;
+                for (const WCHAR* pAttribute : s_names)
+                {
+                    const CString value = document.GetAttribute(pAttribute);
+                    Require(value.GetLength() <= document.m_text.GetLength(), "a value is no longer than the text");
+                    Require(Units(value) == plain.GetAttribute(pAttribute), "both forms read the same attribute");
+                }
+            }
+        }
+}
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t size)
+{
+    const CExactText text(pData, size);
+    CXmlDocument document;
+    CPlainXml plain;
+    document.m_text = CString(text.Get(), text.GetLength());
+    document.m_result.Empty();
+    plain.m_text = WString(text.Get(), static_cast<size_t>(text.GetLength()));
+    plain.m_result.clear();
+
+    const bool isFaultless = document.Parse();
+    Require(isFaultless == plain.Parse(), "both forms judge the text alike");
+    Require(isFaultless == document.m_result.IsEmpty(), "a message stands for a fault");
+    CTableCheck(document, isFaultless).Run();
+    RequireSameTable(document, plain);
+    Navigate(document, plain);
+
+    const int half = text.GetLength() / 2; // cuts through references
+    Require(Units(DecodeEntities(text.Get(), half)) == CPlainXml::DecodeEntities(text.Get(), half),
+            "both forms decode alike");
+
+    // What held a table before takes the next text as a new object does.
+    CXmlDocument fresh;
+    Require(document.SetText(text.Get()) == fresh.SetText(text.Get()) && document.m_result == fresh.m_result &&
+                document.m_usedPositions == fresh.m_usedPositions,
+            "a used document parses as a new one");
+    return 0;
+}
