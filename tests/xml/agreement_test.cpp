@@ -242,10 +242,9 @@ private:
 
     void Damage(WString& text)
     {
-        // Among them what looks like a delimiter in one of its bytes. No white space or digit beyond ASCII: whether a
-        // reference may hold those is for the runtime's wcstol to say.
-        static constexpr WCHAR s_units[] = {0,      1,      0x7F,   0xAF, 0x3C00, 0x13E, 0x8026, 0xFF3C,
-                                            0xD83C, 0xFFFF, 0x2022, '<',  '>',    '/',   '"',    '\''};
+        // Among them what looks like a delimiter in one of its bytes, and blanks and digits that are none here.
+        static constexpr WCHAR s_units[] = {0,      1,      0x7F,  0xA0,   0x3C00, 0x13E, 0x8026, 0xFF3C, 0xD83C,
+                                            0xFFFF, 0x2003, 0x663, 0xFF11, '<',    '>',   '/',    '"',    '\''};
         const int at = Below(text.size());
         const int other = Below(text.size());
         const int kind = Below(12);
