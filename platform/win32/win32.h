@@ -13,6 +13,8 @@
 #include <commctrl.h>
 
 #include <cwchar>
+
+#include "platform/text.h" // as the stand-in does; behind windows.h, which makes WCHAR
 #else
 #include "platform/win32/native/comdef.h"
 #include "platform/win32/native/fileops.h"
