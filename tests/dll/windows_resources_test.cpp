@@ -1,4 +1,5 @@
 // The resources as they stand in the file of the DLL, read as data: whoever looks at the file sees them so.
+#include "platform/text.h"
 #include "platform/win32/win32.h"
 
 #include <gtest/gtest.h>
