@@ -72,14 +72,14 @@ TEST_F(DllFile, HoldsTheseResourcesAndNoOthers)
 
 TEST_F(DllFile, HoldsTheDialogTemplate)
 {
-    // Extended template of version 1; style, 16 controls, 477 x 235 dialog units; no menu, the ordinary class, a title.
+    // Extended template of version 1; style, 17 controls, 477 x 235 dialog units; no menu, the ordinary class, a title.
     const std::string bytes = BytesOf(RT_DIALOG, 1000, 1033);
     std::vector<WORD> words(bytes.size() / 2);
     std::memcpy(words.data(), bytes.data(), words.size() * 2);
     ASSERT_GT(words.size(), 46u);
     EXPECT_EQ(words[0], 1);
     EXPECT_EQ(words[1], 0xFFFF);
-    EXPECT_EQ(words[8], 16);
+    EXPECT_EQ(words[8], 17);
     EXPECT_EQ(words[11], 477);
     EXPECT_EQ(words[12], 235);
     EXPECT_EQ(WString(words.begin() + 15, words.begin() + 46), WString(TEXT("Define projection/intersection"), 31));
