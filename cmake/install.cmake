@@ -70,6 +70,9 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/VeltranoCommandsConfigVer
 install(FILES cmake/VeltranoCommandsConfig.cmake ${PROJECT_BINARY_DIR}/VeltranoCommandsConfigVersion.cmake
         DESTINATION ${package_dir} COMPONENT sdk)
 
+install(DIRECTORY examples/plugin DESTINATION share/VeltranoCommands/examples COMPONENT sdk)
+
 set(CPACK_GENERATOR ZIP)
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Commands for a CAD host: the module and what a plug-in needs to use it")
 include(CPack)
