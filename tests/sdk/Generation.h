@@ -1,7 +1,6 @@
 #pragma once
+#include "platform/win32/win32.h"
 #include "sdk/StorageFile.h"
-
-#include <cstdlib>
 
 /// Two records that belong together: a number, and a text that follows from it and is of another length each time.
 inline WString GenerationText(int number)
@@ -20,4 +19,15 @@ inline int GenerationOf(VLT::CStorage& storage)
         return -1;
     const int number = ::_wtoi(pNumber->GetCfg());
     return pText->GetCfg() == GenerationText(number).c_str() ? number : -1;
+}
+
+/// Makes the next generation of the storage; false if it does not hold one.
+inline bool SetNextGeneration(VLT::CStorage& storage)
+{
+    const int number = GenerationOf(storage) + 1;
+    CString text;
+    text.Format(TEXT("%d"), number);
+    VLT::SetConfigurationText(storage, TEXT("NUMBER"), text);
+    VLT::SetConfigurationText(storage, TEXT("TEXT"), GenerationText(number).c_str());
+    return number > 0;
 }
