@@ -90,7 +90,8 @@ public:
         if (length > INT_MAX - oldLength)
             throw std::bad_alloc();
         const int newLength = oldLength + length;
-        const CStringT keep = IsShared() || newLength > Data()->capacity ? *this : CStringT(); // pText may point into it
+        const CStringT keep =
+            IsShared() || newLength > Data()->capacity ? *this : CStringT(); // pText may point into it
         const int grown = newLength < INT_MAX - oldLength / 2 ? newLength + oldLength / 2 : newLength;
         Copy(GetBuffer(newLength > Data()->capacity ? grown : newLength) + oldLength, pText, length);
         ReleaseBufferSetLength(newLength);
