@@ -166,3 +166,15 @@ TEST_F(Handler, SavesWhileAnotherProgramReadsTheFile)
     closing.join();
     EXPECT_EQ(TextIn(TEXT("storage.xml"), TEXT("A")), TEXT("2"));
 }
+
+// The module's empty text is not the program's own: releasing one as if it were on the heap ended a program.
+TEST(Strings, PassEmptyBetweenLibraries)
+{
+    for (int i = 0; i < 5; ++i)
+    {
+        CString text = VLT::CConfiguration().GetCfg();
+        EXPECT_TRUE(text.IsEmpty());
+        text += TEXT("x");
+        EXPECT_TRUE(text == TEXT("x"));
+    }
+}
