@@ -1,8 +1,8 @@
 #include "benchmarks/Harness.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
-#include <ctime>
 #include <fstream>
 #include <limits>
 #include <sstream>
@@ -21,22 +21,14 @@ double Median(std::vector<double> values)
     return values[middle];
 }
 
-/// The processor time of this thread, in seconds: what other processes do to a shared machine's clock is left out.
-double Now()
-{
-    timespec now;
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
 /// Seconds of one run, or NoTime after a wrong result.
 double RunOnce(IContestant& contestant)
 {
     contestant.Prepare();
-    const double start = Now();
+    const auto start = std::chrono::steady_clock::now();
     contestant.Run();
-    const double taken = Now() - start;
-    return contestant.Finish() ? taken : NoTime;
+    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
+    return contestant.Finish() ? taken.count() : NoTime;
 }
 
 /// A contestant's turn in a round: the fastest of as many runs as the turn has time for.
