@@ -44,7 +44,6 @@ struct PackedBlock
                          _mm_or_si128(_mm_cmpeq_epi8(parts[2], wanted), _mm_cmpeq_epi8(parts[3], wanted)));
         return _mm_movemask_epi8(_mm_or_si128(found, ZeroBytes())) != 0;
     }
-    bool MayHoldNul() const { return _mm_movemask_epi8(ZeroBytes()) != 0; }
 
     __m128i parts[4];
 
