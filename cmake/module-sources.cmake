@@ -22,5 +22,16 @@ set(VELTRANO_MODULE_SOURCES
     xml/XmlNavigation.cpp
     xml/XmlParser.cpp
     xml/XmlScanner.cpp
+    xml/XmlTagEnds.cpp
     xml/XmlVector.cpp
+    xml/XmlVectorAvx2.cpp
+    xml/XmlVectorSse2.cpp
 )
+
+# Their loops are so short that it matters where they begin: a tenth of the time.
+set(fast_loops -falign-loops=64)
+if(WIN32)
+    # On Windows the stack has no room that is aligned for these vectors, which the compiler takes for granted.
+    list(APPEND fast_loops -Wa,-muse-unaligned-vector-move)
+endif()
+set_source_files_properties(xml/XmlVectorAvx2.cpp PROPERTIES COMPILE_OPTIONS "${fast_loops}")

@@ -9,11 +9,6 @@ namespace
 constexpr uint64_t NameDelimiters = UnitSet(TEXT("= \t\n\r>/?"));
 constexpr uint64_t ValueDelimiters = UnitSet(TEXT(" \t\n\r>"));
 
-bool IsQuote(WCHAR unit)
-{
-    return unit == TEXT('"') || unit == TEXT('\'');
-}
-
 /// Reads the token at next. False at the end of the text, which leaves first and last as they were.
 /// afterEqual: an unquoted token is a value, which may hold what ends a name.
 bool ReadToken(XmlScanner& scanner, bool afterEqual)
@@ -26,7 +21,7 @@ bool ReadToken(XmlScanner& scanner, bool afterEqual)
         return false;
 
     int end = scanner.next;
-    if (IsQuote(unit))
+    if (IsXmlQuote(unit))
     {
         scanner.flags |= QuotedTokenFlag;
         scanner.first = ++end;
@@ -57,7 +52,7 @@ void SkipAttributes(XmlScanner& scanner, const WCHAR* pName)
         int first = scanner.next;
         while (IsXmlSpace(pText[first]))
             ++first;
-        if (IsQuote(pText[first]))
+        if (IsXmlQuote(pText[first]))
             return;
         int end = first;
         while (!IsIn(NameDelimiters, pText[end]))
@@ -65,7 +60,7 @@ void SkipAttributes(XmlScanner& scanner, const WCHAR* pName)
         if (end == first || pText[end] != TEXT('=') || NameMatches(pText + first, end - first, pName))
             return;
         const WCHAR quote = pText[end + 1];
-        if (!IsQuote(quote))
+        if (!IsXmlQuote(quote))
             return;
         const int close = FindUnit(pText, end + 2, scanner.length, quote);
         if (pText[close] != quote)

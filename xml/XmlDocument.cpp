@@ -1,6 +1,8 @@
 #include "xml/XmlDocument.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <new>
 
 CXmlDocument::CXmlDocument()
 {
@@ -64,16 +66,9 @@ bool CXmlDocument::ReserveRecords(int count)
 
     const int oldCount = m_capacity - (lastSegment << SegmentBits);
     const int newCount = count - (newLast << SegmentBits);
-    if (lastSegment == newLast)
-    {
-        ReplaceSegment(lastSegment, oldCount, newCount);
-    }
-    else
-    {
-        if (oldCount < RecordsPerSegment)
-            ReplaceSegment(lastSegment, oldCount, RecordsPerSegment);
-        ReplaceSegment(newLast, 0, newCount);
-    }
+    if (lastSegment < newLast && oldCount < RecordsPerSegment)
+        ResizeSegment(lastSegment, RecordsPerSegment);
+    ResizeSegment(newLast, newCount);
     m_capacity = count;
     return true;
 }
@@ -89,11 +84,22 @@ void CXmlDocument::ReserveSlots(int lastSlot)
     m_segmentSlots = slots;
 }
 
-/// Puts a segment of newCount records in the place of one of oldCount, which may be 0, and keeps the old records.
-void CXmlDocument::ReplaceSegment(int segment, int oldCount, int newCount)
+/// Makes room for that many records in a segment, which may not be there yet; those in it stay. Reallocation can often
+/// do so without moving them.
+void CXmlDocument::ResizeSegment(int segment, int count)
 {
-    auto pGrown = std::make_unique_for_overwrite<XmlElementPosition[]>(static_cast<size_t>(newCount));
     Segment& slot = m_segments[static_cast<size_t>(segment)];
-    std::copy_n(slot.get(), oldCount, pGrown.get());
-    slot = std::move(pGrown);
+    void* pGrown = std::realloc(slot.get(), static_cast<size_t>(count) * sizeof(XmlElementPosition));
+    if (pGrown == nullptr)
+        throw std::bad_alloc();
+    static_cast<void>(slot.release()); // it is part of the grown one now
+    slot.reset(static_cast<XmlElementPosition*>(pGrown));
+}
+
+std::span<XmlElementPosition> CXmlDocument::FreeRecords(int index)
+{
+    if (index == m_capacity)
+        return {};
+    const int left = std::min(m_capacity - index, RecordsPerSegment - static_cast<int>(SlotOf(index)));
+    return {&At(index), static_cast<size_t>(left)};
 }

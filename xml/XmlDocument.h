@@ -3,7 +3,9 @@
 #include "platform/mfc/atlstr.h"
 #include "xml/XmlScanner.h"
 
+#include <cstdlib>
 #include <memory>
+#include <span>
 
 /// Where an element lies in the text and how it links up: one record of the table. Links are table indexes, 0 for none.
 /// The bit fields are filled without a check: what is too long for one loses its high bits and touches no other field.
@@ -78,7 +80,14 @@ public:
     XmlElementPosition& At(int index) { return m_segments[SegmentOf(index)][SlotOf(index)]; }
     const XmlElementPosition& At(int index) const { return m_segments[SegmentOf(index)][SlotOf(index)]; }
 
-    using Segment = std::unique_ptr<XmlElementPosition[]>;
+    /// Those from that index on that lie in one piece; empty at the end of the table.
+    std::span<XmlElementPosition> FreeRecords(int index);
+
+    struct CFree
+    {
+        void operator()(XmlElementPosition* pRecords) const { std::free(pRecords); }
+    };
+    using Segment = std::unique_ptr<XmlElementPosition[], CFree>; ///< of the C runtime's heap, where it can grow
 
     CString m_text;       ///< the document; after a change of it call Parse first
     CString m_result;     ///< what the last load and parse had to say
@@ -98,7 +107,7 @@ private:
     static constexpr size_t SlotOf(int index) { return static_cast<size_t>(index & (RecordsPerSegment - 1)); }
 
     void ReserveSlots(int lastSlot);
-    void ReplaceSegment(int segment, int oldCount, int newCount);
+    void ResizeSegment(int segment, int count);
     const WCHAR* BuildTable();
     bool IsInUse(int index) const { return index >= 0 && index < m_usedPositions; }
     bool HasName(int index, const WCHAR* pName) const;

@@ -1,5 +1,5 @@
 #include "xml/XmlDocument.h"
-#include "xml/XmlVector.h"
+#include "xml/XmlTagEnds.h"
 
 #include <algorithm>
 #include <span>
@@ -68,6 +68,7 @@ public:
           m_open(64, 0)
     {
         m_at.used = document.m_usedPositions;
+        m_at = WithRecords(m_at);
     }
 
     void Build();
@@ -82,6 +83,12 @@ private:
         int depth = 0;     ///< how many elements are open
         int parent = 0;    ///< the innermost of them
         int lastChild = 0; ///< of the parent so far; its first child learns of it when the parent ends
+
+        // Where these records lie, which growth of the table changes.
+        XmlElementPosition* pFree = nullptr;      ///< the first not in use
+        XmlElementPosition* pEndOfFree = nullptr; ///< behind those that follow it in one piece
+        XmlElementPosition* pParent = nullptr;
+        XmlElementPosition* pLastChild = nullptr; ///< if there is one
     };
 
     XmlElementPosition& At(int index) { return m_document.At(index); }
@@ -92,12 +99,13 @@ private:
 
     void ReadCommonTags();
     bool ReadStartTag(Place& at);
-    bool IsInName(int tag, int quote) const;
-    bool EndsInSlash(int tag, int end) const;
+    bool EndsInSlash(int nameEnd, int end) const;
     bool ReadEndTag(Place& at);
     void StartElement(Place& at, int length, bool isEmpty);
-    void Reserve(int used);
     void EndElement(Place& at, int length);
+    void GoUp(Place& at);
+    Place WithMoreRecords(Place at);
+    Place WithRecords(Place at);
 
     void ReadOtherNode();
     void EndElementByName(int length);
@@ -115,6 +123,7 @@ private:
     const int m_length;
     CTagEndFinder m_tagEnds;
     Place m_at;
+    int m_openRoom = 64;
     std::vector<int> m_open; ///< the open elements, outermost first, behind record 0; the rest is room
     COpenNames m_openNames;
 };
@@ -152,50 +161,36 @@ inline bool CTreeBuilder::ReadStartTag(Place& at)
     const WCHAR* const pTag = m_pText + at.next;
     if (pTag[0] != TEXT('<') || !StartsName(pTag[1]))
         return false;
-    // The shortest tags, <a> and <a/>, are not worth a search.
-    int end = at.next + 2;
-    bool isEmpty = false;
+    // The shortest tags are not worth a search.
+    if (pTag[2] == TEXT('>'))
+    {
+        StartElement(at, 3, false);
+        return true;
+    }
     if (pTag[2] == TEXT('/') && pTag[3] == TEXT('>'))
     {
-        ++end;
-        isEmpty = true;
+        StartElement(at, 4, true);
+        return true;
     }
-    else if (pTag[2] != TEXT('>'))
-    {
-        end = m_tagEnds.Find(end);
-        if (end == CTagEndFinder::NotFound)
-            return false;
-        const int quote = m_tagEnds.GetFirstQuote();
-        if (quote != CTagEndFinder::NotFound && quote < end && IsInName(at.next, quote))
-            return false;
-        isEmpty = EndsInSlash(at.next, end);
-    }
-    StartElement(at, end + 1 - at.next, isEmpty);
+    const int end = m_tagEnds.Find(at.next + 2);
+    if (end == CTagEndFinder::NotFound)
+        return false;
+    const int nameEnd = FindNameEnd(m_pText, at.next + 2, m_length);
+    if (IsXmlQuote(m_pText[nameEnd])) // there it protects nothing
+        return false;
+    StartElement(at, end + 1 - at.next, EndsInSlash(nameEnd, end));
     return true;
-}
-
-/// Whether a quote is part of the tag's name, where it protects nothing.
-inline bool CTreeBuilder::IsInName(int tag, int quote) const
-{
-    while (quote > tag && !EndsTagName(m_pText[quote]))
-        --quote;
-    return quote == tag;
 }
 
 /// A / before the > counts directly behind the name, white space or a quote only, so that the unquoted value of
 /// "<a href=x/>" keeps its slash.
-inline bool CTreeBuilder::EndsInSlash(int tag, int end) const
+inline bool CTreeBuilder::EndsInSlash(int nameEnd, int end) const
 {
     const int slash = end - 1;
     if (m_pText[slash] != TEXT('/'))
         return false;
     const WCHAR before = m_pText[slash - 1];
-    if (IsXmlSpace(before) || before == TEXT('"') || before == TEXT('\''))
-        return true;
-    int nameEnd = tag + 2;
-    while (!EndsTagName(m_pText[nameEnd]))
-        ++nameEnd;
-    return nameEnd == slash;
+    return slash == nameEnd || IsXmlSpace(before) || IsXmlQuote(before);
 }
 
 /// An end tag without blanks that ends the innermost open element. False: none such.
@@ -205,9 +200,9 @@ inline bool CTreeBuilder::ReadEndTag(Place& at)
     if (pTag[0] != TEXT('<') || pTag[1] != TEXT('/') || at.depth == 0)
         return false;
     const WCHAR* const pTagName = pTag + 2;
-    const WCHAR* const pName = NameAt(at.parent);
+    const WCHAR* const pName = m_pText + at.pParent->start + 1;
     int length = 0;
-    while (pTagName[length] == pName[length] && !EndsTagName(pName[length]))
+    while (pTagName[length] == pName[length] && pName[length] != TEXT('>'))
         ++length;
     if (pTagName[length] != TEXT('>') || !EndsTagName(pName[length]))
         return false;
@@ -219,50 +214,75 @@ inline bool CTreeBuilder::ReadEndTag(Place& at)
 /// its start tag. That is what an empty and an unended one keep.
 inline void CTreeBuilder::StartElement(Place& at, int length, bool isEmpty)
 {
-    if (at.used == m_document.m_capacity)
-        Reserve(at.used);
+    if (at.pFree == at.pEndOfFree)
+        at = WithMoreRecords(at);
     const int index = at.used++;
+    XmlElementPosition& element = *at.pFree++;
     const bool isFirst = at.lastChild == 0;
-    At(index) = {.start = at.next,
-                 .length = length,
-                 .tagLengths = static_cast<unsigned>(length) & StartTagLengthMask,
-                 .levelAndFlags = (static_cast<unsigned>(at.depth) & LevelMask) | (isFirst ? FirstChildFlag : 0),
-                 .parent = at.parent,
-                 .firstChild = 0,
-                 .nextSibling = 0,
-                 .prevSibling = isFirst ? index : at.lastChild};
+    element = {.start = at.next,
+               .length = length,
+               .tagLengths = static_cast<unsigned>(length) & StartTagLengthMask,
+               .levelAndFlags = (static_cast<unsigned>(at.depth) & LevelMask) | (isFirst ? FirstChildFlag : 0),
+               .parent = at.parent,
+               .firstChild = 0,
+               .nextSibling = 0,
+               .prevSibling = isFirst ? index : at.lastChild};
     if (isFirst)
-        At(at.parent).firstChild = index;
+        at.pParent->firstChild = index;
     else
-        At(at.lastChild).nextSibling = index;
+        at.pLastChild->nextSibling = index;
     at.next += length;
     at.lastChild = index;
+    at.pLastChild = &element;
     if (isEmpty)
         return;
     at.parent = index;
+    at.pParent = &element;
     at.lastChild = 0;
-    if (static_cast<size_t>(++at.depth) == m_open.size())
-        m_open.resize(m_open.size() * 2);
+    if (++at.depth == m_openRoom)
+        m_open.resize(static_cast<size_t>(m_openRoom *= 2));
     m_open[static_cast<size_t>(at.depth)] = index;
-}
-
-void CTreeBuilder::Reserve(int used)
-{
-    m_document.m_usedPositions = used;
-    m_document.ReserveRecords(0);
 }
 
 /// The innermost open element, with its end tag of that length.
 inline void CTreeBuilder::EndElement(Place& at, int length)
 {
-    XmlElementPosition& element = At(at.parent);
+    XmlElementPosition& element = *at.pParent;
     element.length = at.next - element.start + length;
     element.tagLengths |= static_cast<unsigned>(length) << StartTagLengthBits; // bits beyond the ten fall off
     if (element.firstChild != at.lastChild)
         At(element.firstChild).prevSibling = at.lastChild;
     at.next += length;
+    GoUp(at);
+}
+
+/// From the children of the innermost open element to those of the one around it.
+inline void CTreeBuilder::GoUp(Place& at)
+{
     at.lastChild = at.parent;
+    at.pLastChild = at.pParent;
     at.parent = m_open[static_cast<size_t>(--at.depth)];
+    at.pParent = &At(at.parent);
+}
+
+CTreeBuilder::Place CTreeBuilder::WithMoreRecords(Place at)
+{
+    if (at.used == m_document.m_capacity)
+    {
+        m_document.m_usedPositions = at.used;
+        m_document.ReserveRecords(0);
+    }
+    return WithRecords(at);
+}
+
+CTreeBuilder::Place CTreeBuilder::WithRecords(Place at)
+{
+    const auto free = m_document.FreeRecords(at.used);
+    at.pFree = free.data();
+    at.pEndOfFree = free.data() + free.size();
+    at.pParent = &At(at.parent);
+    at.pLastChild = &At(at.lastChild);
+    return at;
 }
 
 void CTreeBuilder::ReadOtherNode()
@@ -365,8 +385,7 @@ void CTreeBuilder::CloseUnended(int heir)
     {
         CloseChain();
         HandOver(m_at.parent, heir);
-        m_at.lastChild = m_at.parent;
-        m_at.parent = m_open[static_cast<size_t>(--m_at.depth)];
+        GoUp(m_at);
     }
 }
 

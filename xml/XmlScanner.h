@@ -66,6 +66,11 @@ inline bool IsXmlSpace(WCHAR unit)
     return unit == TEXT(' ') || unit == TEXT('\t') || unit == TEXT('\n') || unit == TEXT('\r');
 }
 
+inline bool IsXmlQuote(WCHAR unit)
+{
+    return unit == TEXT('"') || unit == TEXT('\'');
+}
+
 /// Nothing up to '9' starts a name, nor does ; < = > ? @ [ \ ] ^ or the backtick; all of non-ASCII does.
 inline bool StartsName(WCHAR unit)
 {

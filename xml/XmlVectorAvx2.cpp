@@ -1,0 +1,123 @@
+#include "xml/XmlTagEnds.h"
+
+#include <immintrin.h>
+
+#define AVX2_STEPS __attribute__((target("avx2,bmi,pclmul")))
+
+namespace
+{
+/// A block, or marks of one: all ones for each unit that is meant.
+struct Quarters
+{
+    __m256i first, second, third, fourth;
+};
+
+AVX2_STEPS inline __m256i LoadUnits(const WCHAR* pUnits)
+{
+    return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(pUnits));
+}
+
+AVX2_STEPS inline Quarters LoadBlock(const WCHAR* pUnits)
+{
+    return {LoadUnits(pUnits), LoadUnits(pUnits + 16), LoadUnits(pUnits + 32), LoadUnits(pUnits + 48)};
+}
+
+AVX2_STEPS inline Quarters Compare(const Quarters& block, __m256i wanted)
+{
+    return {_mm256_cmpeq_epi16(block.first, wanted), _mm256_cmpeq_epi16(block.second, wanted),
+            _mm256_cmpeq_epi16(block.third, wanted), _mm256_cmpeq_epi16(block.fourth, wanted)};
+}
+
+AVX2_STEPS inline Quarters Either(const Quarters& left, const Quarters& right)
+{
+    return {_mm256_or_si256(left.first, right.first), _mm256_or_si256(left.second, right.second),
+            _mm256_or_si256(left.third, right.third), _mm256_or_si256(left.fourth, right.fourth)};
+}
+
+AVX2_STEPS inline bool IsAny(__m256i marks)
+{
+    return _mm256_testz_si256(marks, marks) == 0;
+}
+
+AVX2_STEPS inline __m256i AnyOf(const Quarters& marks)
+{
+    return _mm256_or_si256(_mm256_or_si256(marks.first, marks.second), _mm256_or_si256(marks.third, marks.fourth));
+}
+
+AVX2_STEPS inline __m256i NulsOf(const Quarters& block)
+{
+    const __m256i least =
+        _mm256_min_epu16(_mm256_min_epu16(block.first, block.second), _mm256_min_epu16(block.third, block.fourth));
+    return _mm256_cmpeq_epi16(least, _mm256_setzero_si256());
+}
+
+/// The half of a block as bytes; those that no byte can hold become 0 or 0xFF. Packing goes by lanes, so these are put
+/// in order again.
+AVX2_STEPS inline __m256i Pack(__m256i first, __m256i second)
+{
+    return _mm256_permute4x64_epi64(_mm256_packus_epi16(first, second), 0xD8);
+}
+
+AVX2_STEPS inline uint64_t Bits(__m256i low, __m256i high)
+{
+    return static_cast<uint32_t>(_mm256_movemask_epi8(low)) |
+           static_cast<uint64_t>(static_cast<uint32_t>(_mm256_movemask_epi8(high))) << 32;
+}
+
+AVX2_STEPS inline uint64_t BitsOf(__m256i low, __m256i high, char unit)
+{
+    const __m256i wanted = _mm256_set1_epi8(unit);
+    return Bits(_mm256_cmpeq_epi8(low, wanted), _mm256_cmpeq_epi8(high, wanted));
+}
+
+/// The exclusive or of all bits up to each one, which is the product with all ones where nothing is carried.
+AVX2_STEPS inline uint64_t PrefixXor(uint64_t bits)
+{
+    const __m128i factor = _mm_cvtsi64_si128(static_cast<long long>(bits));
+    return static_cast<uint64_t>(_mm_cvtsi128_si64(_mm_clmulepi64_si128(factor, _mm_set1_epi8(-1), 0)));
+}
+
+AVX2_STEPS int FindUnitAvx2(const WCHAR* pText, int from, int length, WCHAR unit)
+{
+    const __m256i wanted = _mm256_set1_epi16(static_cast<short>(unit));
+    for (; length - from >= UnitsPerBlock; from += UnitsPerBlock)
+    {
+        const Quarters block = LoadBlock(pText + from);
+        const Quarters found = Compare(block, wanted);
+        if (!IsAny(_mm256_or_si256(AnyOf(found), NulsOf(block))))
+            continue;
+        const Quarters marks = Either(found, Compare(block, _mm256_setzero_si256()));
+        const __m256i low = _mm256_packs_epi16(marks.first, marks.second);
+        const __m256i high = _mm256_packs_epi16(marks.third, marks.fourth);
+        return from + std::countr_zero(Bits(_mm256_permute4x64_epi64(low, 0xD8), _mm256_permute4x64_epi64(high, 0xD8)));
+    }
+    while (from < length && pText[from] != unit && pText[from] != 0)
+        ++from;
+    return from;
+}
+
+AVX2_STEPS void ReadBlocksAvx2(const WCHAR* pBlocks, int count, KnownBlocks& known)
+{
+    BlockMarks marks[KnownBlocks::Most];
+    int i = 0;
+    for (; i < count; ++i, pBlocks += UnitsPerBlock)
+    {
+        const Quarters block = LoadBlock(pBlocks);
+        if (IsAny(NulsOf(block)))
+            break;
+        const __m256i low = Pack(block.first, block.second);
+        const __m256i high = Pack(block.third, block.fourth);
+        const uint64_t doubles = BitsOf(low, high, '"');
+        marks[i] = {doubles, PrefixXor(doubles), BitsOf(low, high, '\''), BitsOf(low, high, '>')};
+    }
+    CollectEnds(marks, i, known);
+}
+} // namespace
+
+const XmlVectorSteps s_avx2Steps{FindUnitAvx2, ReadBlocksAvx2};
+
+bool HasAvx2()
+{
+    return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0 &&
+           __builtin_cpu_supports("pclmul") != 0;
+}
