@@ -21,6 +21,7 @@ set(VELTRANO_MODULE_SOURCES
     xml/XmlFile.cpp
     xml/XmlNavigation.cpp
     xml/XmlParser.cpp
+    xml/XmlPlainAttributes.cpp
     xml/XmlScanner.cpp
     xml/XmlTagEnds.cpp
     xml/XmlVector.cpp

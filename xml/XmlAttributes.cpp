@@ -25,7 +25,6 @@ bool ReadToken(XmlScanner& scanner, bool afterEqual)
     {
         scanner.flags |= QuotedTokenFlag;
         scanner.first = ++end;
-        end = FindUnit(pText, end, scanner.length, unit);
         while (pText[end] != 0 && pText[end] != unit)
             ++end;
         scanner.last = end - 1;
@@ -40,36 +39,6 @@ bool ReadToken(XmlScanner& scanner, bool afterEqual)
     scanner.last = std::max(end - 1, scanner.first); // a delimiter is a token of its own
     scanner.next = scanner.last + 1;
     return true;
-}
-
-/// Passes over attributes like name="value" that pName does not ask for, up to one that is not like that or that it
-/// does ask for. What ScanAttribute would do with them, token by token.
-void SkipAttributes(XmlScanner& scanner, const WCHAR* pName)
-{
-    const WCHAR* const pText = scanner.text;
-    for (;;)
-    {
-        int first = scanner.next;
-        while (IsXmlSpace(pText[first]))
-            ++first;
-        if (IsXmlQuote(pText[first]))
-            return;
-        int end = first;
-        while (!IsIn(NameDelimiters, pText[end]))
-            ++end;
-        if (end == first || pText[end] != TEXT('=') || NameMatches(pText + first, end - first, pName))
-            return;
-        const WCHAR quote = pText[end + 1];
-        if (!IsXmlQuote(quote))
-            return;
-        const int close = FindUnit(pText, end + 2, scanner.length, quote);
-        if (pText[close] != quote)
-            return;
-        scanner.first = end + 2;
-        scanner.last = close - 1;
-        scanner.next = close + 1;
-        scanner.flags |= QuotedTokenFlag;
-    }
 }
 
 /// Makes the matched name, which ends at matchEnd, the token.
@@ -123,8 +92,6 @@ bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName)
             matchEnd = scanner.last;
         }
         tagNameSeen = true;
-        if (matchEnd == 0 && scanner.length != 0)
-            SkipAttributes(scanner, pName);
     }
     if (matchEnd == 0)
         return false;

@@ -1,10 +1,12 @@
 #include "xml/XmlDocument.h"
+#include "xml/XmlPlainAttributes.h"
+#include "xml/XmlVector.h"
 
 namespace
 {
 bool EndsFoundName(WCHAR unit)
 {
-    return IsIn(UnitSet(TEXT(" \t\n\r<>=/?!")), unit) || unit == TEXT('\\');
+    return unit <= TEXT('\\') && (IsIn(UnitSet(TEXT(" \t\n\r<>=/?!")), unit) || unit == TEXT('\\'));
 }
 } // namespace
 
@@ -37,8 +39,6 @@ int CXmlDocument::FindSibling(int parent, int current, const WCHAR* pName) const
 bool CXmlDocument::HasName(int index, const WCHAR* pName) const
 {
     const WCHAR* pToken = m_text.GetString() + At(index).start + 1;
-    while (IsXmlSpace(*pToken))
-        ++pToken;
     int length = 0;
     while (pToken[length] == pName[length] && !EndsFoundName(pToken[length]))
         ++length;
@@ -63,8 +63,17 @@ CString CXmlDocument::GetAttributeAt(int position, const WCHAR* pName) const
 {
     if (position == 0 || !IsInUse(position) || m_nodeType != NodeElement || pName == nullptr)
         return CString();
-    XmlScanner scanner{.next = At(position).start + 1, .text = m_text.GetString(), .length = m_text.GetLength()};
+    const WCHAR* const pText = m_text.GetString();
+    const int tagName = At(position).start + 1;
+    const PlainAttribute plain = FindPlainAttribute(pText, m_text.GetLength(), tagName, pName);
+    if (plain.outcome == PlainAttribute::Missing)
+        return CString();
+    if (plain.outcome == PlainAttribute::Found)
+        return HoldsUnit(pText, plain.first, plain.end, m_text.GetLength(), TEXT('&'))
+                   ? DecodeEntities(pText + plain.first, plain.end - plain.first)
+                   : CString(pText + plain.first, plain.end - plain.first);
+    XmlScanner scanner{.next = tagName, .text = pText};
     if (!ScanAttribute(scanner, pName))
         return CString();
-    return DecodeEntities(scanner.text + scanner.first, scanner.last - scanner.first + 1);
+    return DecodeEntities(pText + scanner.first, scanner.last - scanner.first + 1);
 }

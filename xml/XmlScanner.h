@@ -28,7 +28,6 @@ struct XmlScanner
     unsigned flags = 0; ///< QuotedTokenFlag
     int savedStart = 0; ///< ScanAttribute: where the white space before the matched name begins
     int savedGap = 0;   ///< ScanAttribute: how much white space that is
-    int length = 0;     ///< of the text as far as it is known, which makes a search in it faster
 };
 
 /// A set of units below 64, with NUL in it: a bit for each.
@@ -94,7 +93,7 @@ CString GetTokenText(const XmlScanner& scanner);
 /// What ends a name that is asked for, in NameMatches.
 inline bool EndsAskedName(WCHAR unit)
 {
-    return IsIn(UnitSet(TEXT(" =/")), unit) || unit == TEXT('[') || unit == TEXT(']');
+    return unit <= TEXT(']') && (IsIn(UnitSet(TEXT(" =/")), unit) || unit == TEXT('[') || unit == TEXT(']'));
 }
 
 /// Whether pName asks for the token of length units at pToken: equal unit by unit up to the end of pName or to one of

@@ -2,8 +2,6 @@
 /// Finds the ends of start tags many at once.
 #include "xml/XmlVector.h"
 
-constexpr int UnitsPerBlock = 64;
-
 /// Of a block: a bit for each unit of that kind; the lowest is the first unit's.
 struct BlockMarks
 {
@@ -72,6 +70,7 @@ class CTagEndFinder
 public:
     static constexpr int NotFound = -1;
 
+    // cppcheck-suppress uninitMemberVar ; as long as no block is known, nothing of it is read
     CTagEndFinder(const WCHAR* pText, int length) : m_pText(pText), m_length(length), m_steps(VectorSteps()) {}
 
     /// The offset of the first > outside quotes from that unit on, which lies in a start tag and not before that of

@@ -9,6 +9,19 @@
 
 struct KnownBlocks;
 
+constexpr int UnitsPerBlock = 64;
+
+/// Of a block of text: a bit for each unit of that kind; the lowest is the first unit's.
+struct TagMarks
+{
+    uint64_t doubles; ///< "
+    uint64_t inside;  ///< from an odd one of them to before the next
+    uint64_t equals;  ///< =
+    uint64_t spaces;  ///< white space
+    uint64_t others;  ///< what else ends a name, and '
+    uint64_t lasts;   ///< the unit that is asked for besides
+};
+
 /// What is worth having in a form for each width of vectors.
 struct XmlVectorSteps
 {
@@ -16,6 +29,8 @@ struct XmlVectorSteps
     int (*pFindUnit)(const WCHAR* pText, int from, int length, WCHAR unit);
     /// Reads up to count blocks of the text from pBlocks on, which stand at known.first, up to one that has a NUL.
     void (*pReadBlocks)(const WCHAR* pBlocks, int count, KnownBlocks& known);
+    /// Marks a block; last is ASCII. False if it has a NUL, or may have one.
+    bool (*pMarkTag)(const WCHAR* pBlock, WCHAR last, TagMarks& marks);
 };
 
 /// With the SSE2 that every x86-64 has.
@@ -25,6 +40,15 @@ extern const XmlVectorSteps s_avx2Steps;
 bool HasAvx2();
 /// The wider of those that this processor has.
 const XmlVectorSteps& VectorSteps();
+
+/// For each bit the exclusive or of all bits up to it: given a bit for each quote, one for each unit from an odd quote
+/// to before the next.
+inline uint64_t PrefixXor(uint64_t bits)
+{
+    for (int shift = 1; shift < UnitsPerBlock; shift *= 2)
+        bits ^= bits << shift;
+    return bits;
+}
 
 constexpr int UnitsPerStep = 16;
 
@@ -61,6 +85,17 @@ inline int FindUnit(const WCHAR* pText, int from, int length, WCHAR unit)
         from += UnitsPerStep;
     }
     return VectorSteps().pFindUnit(pText, from, length, unit);
+}
+
+/// Whether a unit of that value, which is ASCII, stands from first to before end in a text of that length.
+inline bool HoldsUnit(const WCHAR* pText, int first, int end, int length, WCHAR unit)
+{
+    if (end - first > 2 * UnitsPerStep || length - first < 2 * UnitsPerStep)
+        return FindUnit(pText, first, end, unit) < end;
+    const __m128i wanted = _mm_set1_epi8(static_cast<char>(unit));
+    const uint64_t marks = MarksOf(_mm_cmpeq_epi8(PackUnits(pText + first), wanted)) |
+                           MarksOf(_mm_cmpeq_epi8(PackUnits(pText + first + UnitsPerStep), wanted)) << UnitsPerStep;
+    return (marks & ((uint64_t{1} << (end - first)) - 1)) != 0;
 }
 
 /// The offset of the first unit from that one on that ends the name of a tag, or is a quote or NUL; length if there is

@@ -70,8 +70,8 @@ AVX2_STEPS inline uint64_t BitsOf(__m256i low, __m256i high, char unit)
     return Bits(_mm256_cmpeq_epi8(low, wanted), _mm256_cmpeq_epi8(high, wanted));
 }
 
-/// The exclusive or of all bits up to each one, which is the product with all ones where nothing is carried.
-AVX2_STEPS inline uint64_t PrefixXor(uint64_t bits)
+/// As PrefixXor: the product with all ones where nothing is carried.
+AVX2_STEPS inline uint64_t QuickPrefixXor(uint64_t bits)
 {
     const __m128i factor = _mm_cvtsi64_si128(static_cast<long long>(bits));
     return static_cast<uint64_t>(_mm_cvtsi128_si64(_mm_clmulepi64_si128(factor, _mm_set1_epi8(-1), 0)));
@@ -108,13 +108,39 @@ AVX2_STEPS void ReadBlocksAvx2(const WCHAR* pBlocks, int count, KnownBlocks& kno
         const __m256i low = Pack(block.first, block.second);
         const __m256i high = Pack(block.third, block.fourth);
         const uint64_t doubles = BitsOf(low, high, '"');
-        marks[i] = {doubles, PrefixXor(doubles), BitsOf(low, high, '\''), BitsOf(low, high, '>')};
+        marks[i] = {doubles, QuickPrefixXor(doubles), BitsOf(low, high, '\''), BitsOf(low, high, '>')};
     }
     CollectEnds(marks, i, known);
 }
+
+/// The bytes that the table holds at the place of their low half.
+AVX2_STEPS inline __m256i InTable(__m256i bytes, __m256i table)
+{
+    return _mm256_cmpeq_epi8(_mm256_shuffle_epi8(table, bytes), bytes);
+}
+
+AVX2_STEPS bool MarkTagAvx2(const WCHAR* pBlock, WCHAR last, TagMarks& marks)
+{
+    const Quarters block = LoadBlock(pBlock);
+    if (IsAny(NulsOf(block)))
+        return false;
+    const __m256i low = Pack(block.first, block.second);
+    const __m256i high = Pack(block.third, block.fourth);
+    const __m256i spaces = _mm256_broadcastsi128_si256(
+        _mm_setr_epi8(' ', -1, -1, -1, -1, -1, -1, -1, -1, '\t', '\n', -1, -1, '\r', -1, -1));
+    const __m256i others =
+        _mm256_broadcastsi128_si256(_mm_setr_epi8(-1, -1, -1, -1, -1, -1, -1, '\'', -1, -1, -1, -1, -1, -1, '>', '/'));
+    marks.doubles = BitsOf(low, high, '"');
+    marks.inside = QuickPrefixXor(marks.doubles);
+    marks.equals = BitsOf(low, high, '=');
+    marks.spaces = Bits(InTable(low, spaces), InTable(high, spaces));
+    marks.others = Bits(InTable(low, others), InTable(high, others)) | BitsOf(low, high, '?');
+    marks.lasts = BitsOf(low, high, static_cast<char>(last));
+    return true;
+}
 } // namespace
 
-const XmlVectorSteps s_avx2Steps{FindUnitAvx2, ReadBlocksAvx2};
+const XmlVectorSteps s_avx2Steps{FindUnitAvx2, ReadBlocksAvx2, MarkTagAvx2};
 
 bool HasAvx2()
 {

@@ -60,14 +60,6 @@ bool HasNul(const WCHAR* pUnits, uint64_t mayBe)
     return false;
 }
 
-/// The exclusive or of all bits up to each one.
-uint64_t PrefixXor(uint64_t bits)
-{
-    for (int shift = 1; shift < UnitsPerBlock; shift *= 2)
-        bits ^= bits << shift;
-    return bits;
-}
-
 void ReadBlocksSse2(const WCHAR* pBlocks, int count, KnownBlocks& known)
 {
     BlockMarks marks[KnownBlocks::Most];
@@ -87,6 +79,20 @@ void ReadBlocksSse2(const WCHAR* pBlocks, int count, KnownBlocks& known)
     }
     CollectEnds(marks, i, known);
 }
+
+bool MarkTagSse2(const WCHAR* pBlock, WCHAR last, TagMarks& marks)
+{
+    const PackedBlock block(pBlock);
+    if (block.MayHold(0))
+        return false;
+    marks.doubles = block.Marks(TEXT('"'));
+    marks.inside = PrefixXor(marks.doubles);
+    marks.equals = block.Marks(TEXT('='));
+    marks.spaces = block.Marks(TEXT(' ')) | block.Marks(TEXT('\t')) | block.Marks(TEXT('\n')) | block.Marks(TEXT('\r'));
+    marks.others = block.Marks(TEXT('>')) | block.Marks(TEXT('/')) | block.Marks(TEXT('?')) | block.Marks(TEXT('\''));
+    marks.lasts = block.Marks(last);
+    return true;
+}
 } // namespace
 
-const XmlVectorSteps s_sse2Steps{FindUnitSse2, ReadBlocksSse2};
+const XmlVectorSteps s_sse2Steps{FindUnitSse2, ReadBlocksSse2, MarkTagSse2};

@@ -238,7 +238,8 @@ private:
     }
     void Release() noexcept
     {
-        if (!IsNil() && Data()->references.fetch_sub(1, std::memory_order_acq_rel) == 1)
+        // Nobody else can come by the text of a single owner.
+        if (!IsNil() && (!IsShared() || Data()->references.fetch_sub(1, std::memory_order_acq_rel) == 1))
             ::operator delete(Data());
     }
     void Fill(PCXSTR pText, int length) noexcept

@@ -1,8 +1,11 @@
 // Each vector form beside the plain one, on random texts of what they look for, at random places.
+#include "xml/XmlPlainAttributes.h"
+#include "xml/XmlScanner.h"
 #include "xml/XmlTagEnds.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <random>
 #include <vector>
@@ -13,7 +16,8 @@ using Text = std::vector<WCHAR>; // a block of its own length, so that a read be
 
 Text MakeText(std::mt19937& random, size_t length, int rarity)
 {
-    constexpr WCHAR marks[] = {'"', '\'', '>', '<', '/', ' ', '-', '.', 0x8000, 0xFF22, 0x3E00, 0};
+    constexpr WCHAR marks[] = {'"', '\'', '>',  '<',  '/',    ' ',    '-',    '.', '=',
+                               '?', '\t', '\n', '\r', 0x8000, 0xFF22, 0x3E00, 0};
     Text text(length, 'x');
     for (WCHAR& unit : text)
         if (random() % static_cast<unsigned>(rarity) == 0)
@@ -59,6 +63,30 @@ void ExpectPlainBlocks(const Text& text, int first, WCHAR open, const KnownBlock
     ASSERT_EQ(known.open, open);
 }
 
+void ExpectPlainMarks(const Text& text, int block, bool isMarked, const TagMarks& marks)
+{
+    const auto isWide = [](WCHAR unit) { return unit == 0 || unit >= 0x8000; };
+    const auto pBlock = text.begin() + block;
+    const bool isNarrow = std::none_of(pBlock, pBlock + UnitsPerBlock, isWide);
+    ASSERT_TRUE(isMarked || !isNarrow);
+    if (!isMarked)
+        return;
+    bool isInside = false;
+    for (int i = 0; i < UnitsPerBlock; ++i)
+    {
+        const WCHAR unit = pBlock[i];
+        isInside ^= unit == '"';
+        const auto has = [i](uint64_t bits) { return (bits >> i & 1) != 0; };
+        ASSERT_EQ(has(marks.doubles), unit == '"');
+        ASSERT_EQ(has(marks.inside), isInside);
+        ASSERT_EQ(has(marks.equals), unit == '=');
+        ASSERT_EQ(has(marks.spaces), IsXmlSpace(unit));
+        ASSERT_EQ(has(marks.others), unit == '>' || unit == '/' || unit == '?' || unit == '\'');
+        ASSERT_EQ(has(marks.lasts), unit == 'x');
+        ASSERT_NE(unit, 0);
+    }
+}
+
 class VectorForms : public testing::TestWithParam<const XmlVectorSteps*>
 {
 };
@@ -90,7 +118,64 @@ TEST_P(VectorForms, AgreeWithThePlainOne)
         known.open = open;
         GetParam()->pReadBlocks(text.data() + from, blocks, known);
         ASSERT_NO_FATAL_FAILURE(ExpectPlainBlocks(text, from, open, known, blocks)) << "round " << round;
+        if (blocks == 0)
+            continue;
+        TagMarks marks;
+        const bool isMarked = GetParam()->pMarkTag(text.data() + from, 'x', marks);
+        ASSERT_NO_FATAL_FAILURE(ExpectPlainMarks(text, from, isMarked, marks)) << "round " << round;
     }
+}
+
+// What it finds or finds missing is what the token by token look does; and it is sure of nearly all plain tags.
+TEST(PlainAttributes, AreWhatTheScannerFinds)
+{
+    const auto piece = [](std::mt19937& random)
+    {
+        const WString pieces[] = {TEXT(" a=\"1\""),
+                                  TEXT(" bb=\"2 > 1\""),
+                                  TEXT("\t\r\n ccc=\"\""),
+                                  TEXT("dd=\"x\""),
+                                  TEXT(" bb='3'"),
+                                  TEXT(" ccc"),
+                                  TEXT(" a=4"),
+                                  TEXT(" bb = \"5\""),
+                                  TEXT("\""),
+                                  TEXT("'"),
+                                  TEXT("="),
+                                  TEXT("/"),
+                                  TEXT(">"),
+                                  TEXT(" "),
+                                  TEXT("?"),
+                                  TEXT("\u0159=\"\"")};
+        const bool isPlain = random() % 16 != 0;
+        const WString value(random() % 8 == 0 ? random() % 300 : random() % 6, 'v');
+        const WString name(1 + random() % 3, static_cast<WCHAR>('a' + random() % 4));
+        return isPlain ? TEXT(" ") + name + TEXT("=\"") + value + TEXT("\"") : pieces[random() % std::size(pieces)];
+    };
+    std::mt19937 random(11);
+    int outcomes[3] = {};
+    for (int round = 0; round < 60000; ++round)
+    {
+        WString text = TEXT("<") + WString(1 + random() % 70, 'n');
+        for (unsigned count = random() % 12; count != 0; --count)
+            text += piece(random);
+        text += WString(random() % 4 == 0 ? TEXT("") : TEXT("/>")) + WString(random() % 80, ' ');
+        for (const WCHAR* pName : {TEXT("a"), TEXT("bb"), TEXT("ccc"), TEXT("n"), TEXT("dd[1]"), TEXT("")})
+        {
+            const PlainAttribute plain = FindPlainAttribute(text.c_str(), static_cast<int>(text.size()), 1, pName);
+            ++outcomes[plain.outcome];
+            if (plain.outcome == PlainAttribute::NotPlain)
+                continue;
+            XmlScanner scanner{.next = 1, .text = text.c_str()};
+            ASSERT_EQ(ScanAttribute(scanner, pName), plain.outcome == PlainAttribute::Found) << "round " << round;
+            if (plain.outcome == PlainAttribute::Found)
+            {
+                ASSERT_EQ(std::pair(scanner.first, scanner.last + 1), std::pair(plain.first, plain.end));
+            }
+        }
+    }
+    EXPECT_GT(outcomes[PlainAttribute::Found], 30000);
+    EXPECT_GT(outcomes[PlainAttribute::Missing], 30000);
 }
 
 INSTANTIATE_TEST_SUITE_P(EachWidth, VectorForms, testing::Values(&s_sse2Steps, &s_avx2Steps));
