@@ -7,6 +7,9 @@
 #include "projection/TrialGeometry.h"
 #include "resources/resource.h"
 
+#include <memory>
+#include <utility>
+
 CDlgDefineProjections* s_pDlgDefineProjections = nullptr;
 int s_bFirstInputPending = 1;
 
@@ -37,7 +40,8 @@ void CCommand_DefineProjectionEntities::Run(CCoordinateInput*)
     AFX_MAINTAIN_STATE2 moduleState(AfxGetStaticModuleState()); // the dialog's template is the module's, not the host's
     s_pDlgDefineProjections = new CDlgDefineProjections;
     s_pDlgDefineProjections->Create(IDD_DEFINE_PROJECTIONS, nullptr);
-    s_pDlgDefineProjections->ShowWindow(SW_SHOW);
+    if (s_pDlgDefineProjections != nullptr) // the configuration handler may have ended the command already
+        s_pDlgDefineProjections->ShowWindow(SW_SHOW);
 
     std::vector<CNOI_SmartPtr<CNOI_BasisLine2D>> lines; // the drawing keeps them, too
     MakeTrialLines(lines);
@@ -58,12 +62,12 @@ void CCommand_DefineProjectionEntities::ProcessMouseMsg(int, const CStdPoint2D&,
 
 void CCommand_DefineProjectionEntities::Complete(CCoordinateInput*)
 {
-    if (s_pDlgDefineProjections == nullptr)
+    // Taken first: the window's messages may lead to a second Complete.
+    const std::unique_ptr<CDlgDefineProjections> pDialog(std::exchange(s_pDlgDefineProjections, nullptr));
+    if (!pDialog)
         return;
-    s_pDlgDefineProjections->ShowWindow(SW_HIDE);
-    s_pDlgDefineProjections->DestroyWindow();
-    delete s_pDlgDefineProjections;
-    s_pDlgDefineProjections = nullptr;
+    pDialog->ShowWindow(SW_HIDE);
+    pDialog->DestroyWindow();
 }
 
 int CCommand_DefineProjectionEntities::RequiresProcessMouseMsg()

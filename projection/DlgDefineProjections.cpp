@@ -18,6 +18,13 @@ void AddItem(CComboBox& combo, unsigned int textNumber, DWORD_PTR data)
     const int index = combo.AddString(CUIStrings::Instance()->GetString(textNumber));
     combo.SetItemData(index, data);
 }
+
+/// Whether the dialog has come through a call of the configuration handler: that may end the command or close the
+/// window.
+bool IsStillThere(const CWnd* pDialog, HWND hWnd)
+{
+    return CWnd::FromHandlePermanent(hWnd) == pDialog;
+}
 } // namespace
 
 IMPLEMENT_DYNAMIC(CDlgDefineProjections, CDialog)
@@ -71,10 +78,13 @@ BOOL CDlgDefineProjections::OnInitDialog()
     FillAddKindCombo();
     FillPickCombo();
 
+    const HWND hWnd = m_hWnd;
     VLT::CConfigurationStorage* pStorage = VLT::CConfigurationStorage::Instance();
     if (!pStorage->OpenStorage())
         return TRUE;
     const CString text = pStorage->LoadConfigurationById(CProjectionRegistry::GetConfigurationId());
+    if (!IsStillThere(this, hWnd))
+        return TRUE;
     m_pRegistry.reset(new CProjectionRegistry);
     m_pRegistry->ParseXML(text); // text that cannot be read counts as an empty list
     return TRUE;                 // the storage stays open until OK
@@ -97,6 +107,7 @@ void CDlgDefineProjections::FillPickCombo()
 
 void CDlgDefineProjections::OnBnClickedOk()
 {
+    const HWND hWnd = m_hWnd;
     if (m_pRegistry)
     {
         const CString text = m_pRegistry->GetXML();
@@ -104,7 +115,8 @@ void CDlgDefineProjections::OnBnClickedOk()
         pStorage->SaveConfiguration(CProjectionRegistry::GetConfigurationId(), text);
         pStorage->CloseStorage();
     }
-    CDialog::OnOK();
+    if (IsStillThere(this, hWnd))
+        CDialog::OnOK();
 }
 
 void CDlgDefineProjections::OnBnClickedCancel()

@@ -15,6 +15,13 @@ AFX_MODULE_STATE::AFX_MODULE_STATE()
 {
 }
 
+AFX_MODULE_STATE::~AFX_MODULE_STATE()
+{
+    for (const auto& [hWnd, pWnd] : m_mapHWND)
+        if (pWnd->IsKindOf(RUNTIME_CLASS(CDialog)))
+            ::SetWindowLongPtrW(hWnd, DWLP_DLGPROC, 0);
+}
+
 AFX_MODULE_STATE* AfxGetStaticModuleState()
 {
     static AFX_MODULE_STATE s_moduleState;

@@ -2,6 +2,8 @@
 
 #include "platform/mfc/afxdd_.h"
 
+#include <exception>
+
 IMPLEMENT_DYNAMIC(CCmdTarget, CObject)
 IMPLEMENT_DYNAMIC(CWnd, CCmdTarget)
 IMPLEMENT_DYNAMIC(CDialog, CWnd)
@@ -141,17 +143,27 @@ CDialog::~CDialog()
         ::DestroyWindow(hWnd);
 }
 
+/// One call of Create, which the system's frames separate from OnInitDialog. It outlives a dialog that is deleted
+/// there.
+struct CDialog::CCreation
+{
+    CDialog* pDialog;
+    std::exception_ptr pFailure; ///< what OnInitDialog threw
+};
+
 BOOL CDialog::Create(LPCTSTR lpszTemplateName, CWnd* pParentWnd)
 {
     if (m_hWnd != nullptr)
         return FALSE;
     const INITCOMMONCONTROLSEX classes = {sizeof(classes), ICC_LISTVIEW_CLASSES};
     ::InitCommonControlsEx(&classes);
-    ::CreateDialogParamW(AfxGetResourceHandle(), lpszTemplateName, pParentWnd == nullptr ? nullptr : pParentWnd->m_hWnd,
-                         DialogProc, reinterpret_cast<LPARAM>(this));
-    if (m_pInitFailure)
-        std::rethrow_exception(std::exchange(m_pInitFailure, nullptr));
-    return m_hWnd != nullptr;
+    CCreation creation{this, nullptr};
+    const HWND hWnd = ::CreateDialogParamW(AfxGetResourceHandle(), lpszTemplateName,
+                                           pParentWnd == nullptr ? nullptr : pParentWnd->m_hWnd, DialogProc,
+                                           reinterpret_cast<LPARAM>(&creation));
+    if (creation.pFailure)
+        std::rethrow_exception(creation.pFailure);
+    return hWnd != nullptr;
 }
 
 BOOL CDialog::Create(UINT nIDTemplate, CWnd* pParentWnd)
@@ -187,22 +199,22 @@ void CDialog::OnCancel()
 INT_PTR CALLBACK CDialog::DialogProc(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_INITDIALOG)
-        return reinterpret_cast<CDialog*>(lParam)->InitDialog(hWnd);
+        return InitDialog(hWnd, *reinterpret_cast<CCreation*>(lParam));
     // None before WM_INITDIALOG, and none once the object has left its window.
     auto* pDialog = static_cast<CDialog*>(FromHandlePermanent(hWnd));
     return pDialog == nullptr ? FALSE : pDialog->HandleMessage(message, wParam, lParam);
 }
 
-INT_PTR CDialog::InitDialog(HWND hWnd)
+INT_PTR CDialog::InitDialog(HWND hWnd, CCreation& creation)
 {
-    Attach(hWnd);
+    creation.pDialog->Attach(hWnd);
     try
     {
-        return OnInitDialog();
+        return creation.pDialog->OnInitDialog();
     }
     catch (...)
     {
-        m_pInitFailure = std::current_exception(); // must not pass through the system's frames: Create throws it on
+        creation.pFailure = std::current_exception(); // must not pass through the system's frames: Create throws it on
         return FALSE;
     }
 }

@@ -7,7 +7,6 @@
 /// stays. All windows of a module belong to one thread.
 #include "platform/mfc/afx.h"
 
-#include <exception>
 #include <unordered_map>
 
 class CCmdTarget;
@@ -20,6 +19,10 @@ class AFX_MODULE_STATE
 {
 public:
     AFX_MODULE_STATE();
+    /// At unload. A dialog that is still open stays open, and takes no more messages to code that is gone.
+    ~AFX_MODULE_STATE();
+    AFX_MODULE_STATE(const AFX_MODULE_STATE&) = delete;
+    AFX_MODULE_STATE& operator=(const AFX_MODULE_STATE&) = delete;
 
     CWinApp* m_pCurrentWinApp = nullptr; ///< null until the application object is made
     HINSTANCE m_hCurrentInstanceHandle;
@@ -198,7 +201,7 @@ public:
 
     /// Makes the window from the template in AfxGetResourceHandle() and runs OnInitDialog before it returns. FALSE if
     /// there is no such template, a control cannot be made, or the object has a window already. What OnInitDialog
-    /// throws comes out here; the window is there then.
+    /// throws comes out here; the window is there then. OnInitDialog may delete the object.
     virtual BOOL Create(LPCTSTR lpszTemplateName, CWnd* pParentWnd = nullptr);
     virtual BOOL Create(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
     /// Takes a modeless dialog from the screen. Neither the window nor the object is destroyed.
@@ -214,12 +217,12 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    struct CCreation;
+
     static INT_PTR CALLBACK DialogProc(HWND hWnd, UINT message, WPARAM wParam, LPARAM lParam);
-    INT_PTR InitDialog(HWND hWnd);
+    static INT_PTR InitDialog(HWND hWnd, CCreation& creation);
     INT_PTR HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
     void ForgetWindows();
-
-    std::exception_ptr m_pInitFailure; // what OnInitDialog threw, on its way to the caller of Create
 };
 
 class CComboBox : public CWnd

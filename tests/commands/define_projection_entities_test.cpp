@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <stdexcept>
 
 namespace
@@ -115,19 +114,8 @@ TEST_F(DefineProjectionEntities, ShowsTheDialogBeforeItDraws)
         m_command.Complete(nullptr);
         EXPECT_FALSE(::IsWindow(hWnd));
         EXPECT_EQ(s_pDlgDefineProjections, nullptr);
-        m_command.Complete(nullptr); // nothing left to take down
     }
     EXPECT_EQ(HostControl::GetRecord().selections.size(), 1u);
-}
-
-TEST_F(DefineProjectionEntities, LosesSightOfTheDialogOfAnEarlierRun)
-{
-    m_command.Run(nullptr);
-    const std::unique_ptr<CDlgDefineProjections> pFirst(s_pDlgDefineProjections);
-    m_command.Run(nullptr);
-    EXPECT_NE(s_pDlgDefineProjections, pFirst.get());
-    m_command.Complete(nullptr);
-    EXPECT_TRUE(::IsWindowVisible(pFirst->m_hWnd));
 }
 
 // The report is modal inside Run. Whatever happens, the module's state goes back to what it was.

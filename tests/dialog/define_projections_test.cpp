@@ -1,8 +1,8 @@
 #include "projection/DlgDefineProjections.h"
 
-#include "configuration/ConfigurationStorage.h"
 #include "projection/ProjectionRegistry.h"
 #include "resources/resource.h"
+#include "tests/dialog/RecordingHandler.h"
 #include "uistrings/UIStrings.h"
 
 #include <gtest/gtest.h>
@@ -11,46 +11,10 @@
 
 #include <filesystem>
 #include <fstream>
-#include <functional>
-#include <string>
-#include <vector>
 
 namespace
 {
-using Calls = std::vector<std::string>;
 using Items = std::vector<std::pair<WString, LRESULT>>; // text and item data
-
-/// Keeps one text and writes down what it is asked for.
-class CRecordingHandler : public VLT::IConfigurationHandler
-{
-public:
-    int OpenStorage() override
-    {
-        m_calls.emplace_back("open");
-        return m_opens;
-    }
-    void CloseStorage() override
-    {
-        m_calls.emplace_back("close");
-        m_onClose();
-    }
-    CString LoadConfigurationById(const WCHAR* pId) override
-    {
-        m_calls.emplace_back(CString(pId) == TEXT("PRJ_REGISTRY") ? "load" : "load of something else");
-        return m_text;
-    }
-    int SaveConfiguration(const WCHAR* pId, const WCHAR* pCfg) override
-    {
-        m_calls.emplace_back(CString(pId) == TEXT("PRJ_REGISTRY") ? "save" : "save of something else");
-        m_text = pCfg;
-        return 0; // of no interest to the dialog
-    }
-
-    int m_opens = 1;
-    CString m_text;
-    Calls m_calls;
-    std::function<void()> m_onClose = [] {};
-};
 
 class CTestedDialog : public CDlgDefineProjections
 {
@@ -120,7 +84,7 @@ protected:
 TEST_F(DefineProjections, OkSavesThenClosesThenEnds)
 {
     bool shownAtClose = false;
-    m_pHandler->m_onClose = [&] { shownAtClose = m_dialog.IsShown(); };
+    m_pHandler->m_inside = [&](const std::string& call) { shownAtClose = call == "close" && m_dialog.IsShown(); };
     m_dialog.Open();
     m_dialog.Click(IDOK);
     EXPECT_EQ(m_pHandler->m_calls, (Calls{"open", "load", "save", "close"}));
@@ -141,25 +105,12 @@ TEST_F(DefineProjections, OkStoresWhatCouldBeRead)
     }
 }
 
-TEST_F(DefineProjections, AllOtherEndsLeaveTheStorageAlone)
+TEST_F(DefineProjections, CancelLeavesTheStorageAlone)
 {
-    const std::function<void(CTestedDialog&)> ends[] = {
-        [](auto& dialog) { dialog.Click(IDCANCEL); },
-        [](auto& dialog) { ::SendMessageW(dialog.m_hWnd, WM_COMMAND, IDCANCEL, 0); }, // the Escape key
-        [](auto& dialog) { dialog.DestroyWindow(); },
-        [](auto&) {},
-    };
-    for (const auto& end : ends)
-    {
-        m_pHandler->m_calls.clear();
-        {
-            CTestedDialog dialog;
-            dialog.Open();
-            end(dialog);
-            EXPECT_EQ(dialog.IsShown(), &end == std::end(ends) - 1);
-        }
-        EXPECT_EQ(m_pHandler->m_calls, (Calls{"open", "load"}));
-    }
+    m_dialog.Open();
+    m_dialog.Click(IDCANCEL);
+    EXPECT_FALSE(m_dialog.IsShown());
+    EXPECT_EQ(m_pHandler->m_calls, (Calls{"open", "load"}));
     EXPECT_TRUE(m_pHandler->m_text == s_looseText);
 }
 
@@ -221,14 +172,10 @@ TEST_F(DefineProjections, InputReachesTheMembersAndNotTheStoredText)
     EXPECT_TRUE(m_pHandler->m_text == s_compactText);
 }
 
-TEST_F(DefineProjections, RunTimeClassAndRoutes)
+TEST_F(DefineProjections, HasARouteForEachControlWithAHandler)
 {
-    const CRuntimeClass* pClass = m_dialog.GetRuntimeClass();
-    EXPECT_STREQ(pClass->m_lpszClassName, "CDlgDefineProjections");
-    EXPECT_EQ(pClass->m_pBaseClass, RUNTIME_CLASS(CDialog));
-    EXPECT_EQ(pClass->m_pfnCreateObject, nullptr);
-    EXPECT_EQ(pClass->m_wSchema, 0xFFFFu);
-
+    EXPECT_STREQ(m_dialog.GetRuntimeClass()->m_lpszClassName, "CDlgDefineProjections");
+    EXPECT_TRUE(m_dialog.IsKindOf(RUNTIME_CLASS(CDialog)));
     for (const int id : {1015, 1004, 1003, 1007, 1008, 1009, 1010, 1012})
         EXPECT_TRUE(m_dialog.OnCommand(MAKEWPARAM(id, BN_CLICKED), 0)) << id;
     for (const int id : {1002, 1013})

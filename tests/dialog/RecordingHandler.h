@@ -1,0 +1,44 @@
+#pragma once
+#include "configuration/ConfigurationStorage.h"
+
+#include <functional>
+#include <string>
+#include <vector>
+
+using Calls = std::vector<std::string>;
+
+/// Keeps one text and writes down what it is asked for. A test can act inside a call.
+class CRecordingHandler : public VLT::IConfigurationHandler
+{
+public:
+    int OpenStorage() override
+    {
+        Note("open");
+        return m_opens;
+    }
+    void CloseStorage() override { Note("close"); }
+    CString LoadConfigurationById(const WCHAR* pId) override
+    {
+        Note(CString(pId) == TEXT("PRJ_REGISTRY") ? "load" : "load of something else");
+        return m_text;
+    }
+    int SaveConfiguration(const WCHAR* pId, const WCHAR* pCfg) override
+    {
+        m_text = pCfg;
+        Note(CString(pId) == TEXT("PRJ_REGISTRY") ? "save" : "save of something else");
+        return 0; // of no interest to the dialog
+    }
+
+    int m_opens = 1;
+    CString m_text;
+    Calls m_calls;
+    std::function<void(const std::string&)> m_inside;
+
+private:
+    void Note(const std::string& call)
+    {
+        m_calls.push_back(call);
+        if (m_inside)
+            m_inside(call);
+    }
+};
