@@ -4,6 +4,18 @@
 #ifdef _WIN32
 #include "platform/mfc/afxwin.h"
 
+namespace
+{
+/// A dialog may be open when the module is unloaded, and its list is a window of this library, which would go with the
+/// module if nobody else used it.
+void KeepCommonControls()
+{
+    HMODULE library = nullptr;
+    ::GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                         reinterpret_cast<LPCWSTR>(&InitCommonControlsEx), &library);
+}
+} // namespace
+
 // The runtime calls it after the module-level objects have been made, and before they are destroyed. A load that is
 // refused is followed by a detach, so ExitInstance comes then, too.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
@@ -12,7 +24,10 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
     if (pApp == nullptr)
         return TRUE;
     if (reason == DLL_PROCESS_ATTACH)
+    {
+        KeepCommonControls();
         return pApp->InitInstance();
+    }
     if (reason == DLL_PROCESS_DETACH)
         pApp->ExitInstance();
     return TRUE;
