@@ -11,6 +11,7 @@
 #include <cstring>
 #include <optional>
 #include <stdexcept>
+#include <vector>
 
 namespace
 {
@@ -31,164 +32,115 @@ HWND Window()
     return ::FindWindowW(nullptr, TEXT("Define projection/intersection"));
 }
 
-void Press(int id)
+/// What is in the host's hands, and what it does with it, step by step. The plug-in stays loaded until Unload.
+class CHost
 {
-    ::SendMessageW(::GetDlgItem(Window(), id), BM_CLICK, 0, 0);
-}
-
-/// What is in the host's hands while it takes its plug-in down.
-struct CHost
-{
-    CHost() { Load(); }
-
+public:
     void Load()
     {
-        library.emplace();
-        library->m_pPlugin->RegisterHandler(pHandler);
+        m_library.emplace();
+        Plugin().RegisterHandler(m_pHandler);
     }
+    void Unload() { m_library->Unload(); }
     void Run()
     {
-        library->m_pPlugin->Run();
+        Plugin().Run();
         Check(::IsWindowVisible(Window()), "the dialog is not shown");
+    }
+    void RunWhileTheHostFails()
+    {
+        HostControl::FailAt(eHostCall::GetLanguage, eHostFailure::StdException); // asked for once, by the first run
+        try
+        {
+            Plugin().Run();
+        }
+        catch (const std::exception&)
+        {
+            return;
+        }
+        Fail();
+    }
+    void StartSelection() { Plugin().StartSelection(); }
+    void PressOk() { ::SendDlgItemMessageW(Window(), IDOK, BM_CLICK, 0, 0); }
+    void Save()
+    {
+        m_pHandler->m_calls.clear();
+        PressOk();
+        Check(m_pHandler->m_calls == Calls{"save", "close"}, "OK did not save");
     }
     void Complete()
     {
-        library->m_pPlugin->Complete();
+        Plugin().Complete();
         Check(Window() == nullptr, "the dialog is still there");
     }
+    void DestroyWindow() { Check(::DestroyWindow(Window()), "there is no window to destroy"); }
     /// Everything that can still come to a window whose code is gone.
     void UseWindowLeftOpen()
     {
         const HWND window = Window();
-        Check(window != nullptr, "unloading closed the dialog");
-        pHandler->m_calls.clear();
-        Press(IDOK);
-        Press(IDCANCEL);
+        m_pHandler->m_calls.clear();
+        PressOk();
         ::SendMessageW(window, WM_CLOSE, 0, 0);
         MSG message;
         while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
             ::DispatchMessageW(&message);
-        Check(::IsWindow(window) && pHandler->m_calls.empty(), "a message came through");
+        Check(::IsWindow(window) && m_pHandler->m_calls.empty(), "a message came through");
     }
-    /// The program ends inside that call of the handler.
+    void Reset()
+    {
+        HostControl::Reset();
+        Check(HostControl::CountLiveInputFunctions() == 0, "the selection is still there");
+    }
+    void TakeHandlerBack()
+    {
+        Plugin().RegisterHandler({});
+        Check(m_pHandler.use_count() == 1, "the handler is still held");
+    }
+    void DropHandler() { m_pHandler.reset(); }
+    void TakeText() { m_text = Plugin().GetText(); }
+    void UseText()
+    {
+        const CString copy = m_text;
+        m_text += TEXT("!");
+        Check(!copy.IsEmpty() && m_text == copy + TEXT("!"), "the text has changed");
+    }
+    void ExitInsideLoad() { ExitInside("load"); }
+    void ExitInsideSave() { ExitInside("save"); }
+    void Fail() { Check(false, "the program goes on"); }
+
+private:
+    IPlugin& Plugin() { return *m_library->m_pPlugin; }
     void ExitInside(const char* pCall)
     {
-        pHandler->m_inside = [pCall](const std::string& call) { return call == pCall ? ExitSound() : void(); };
+        m_pHandler->m_inside = [pCall](const std::string& call) { return call == pCall ? ExitSound() : void(); };
     }
 
-    std::optional<CPluginLibrary> library; ///< stays loaded until Unload
-    boost::shared_ptr<CRecordingHandler> pHandler = boost::make_shared<CRecordingHandler>();
+    std::optional<CPluginLibrary> m_library;
+    boost::shared_ptr<CRecordingHandler> m_pHandler = boost::make_shared<CRecordingHandler>();
+    CString m_text;
 };
 
+using H = CHost;
 const struct
 {
     const char* pName;
-    void (*pOrder)(CHost& host);
+    std::vector<void (CHost::*)()> steps; // behind a first Load
 } s_orders[] = {
-    {"open-at-exit", [](CHost& host) { host.Run(); }},
-    {"open-at-unload",
-     [](CHost& host)
-     {
-         host.Run();
-         host.library->Unload();
-         host.UseWindowLeftOpen();
-     }},
-    {"open-at-unload-then-destroyed",
-     [](CHost& host)
-     {
-         host.Run();
-         host.library->Unload();
-         Check(::DestroyWindow(Window()), "the window cannot be destroyed");
-     }},
+    {"open-at-exit", {&H::Run}},
+    {"open-at-unload", {&H::Run, &H::Unload, &H::UseWindowLeftOpen}},
     {"open-at-unload-then-loaded-again",
-     [](CHost& host)
-     {
-         host.Run();
-         host.library->Unload();
-         host.UseWindowLeftOpen();
-         ::DestroyWindow(Window());
-         host.Load();
-         host.Run();
-         Press(IDOK);
-         Check(host.pHandler->m_calls == Calls{"open", "load", "save", "close"}, "OK did not save");
-         host.Complete();
-         host.library->Unload();
-     }},
+     {&H::Run, &H::Unload, &H::DestroyWindow, &H::Load, &H::Run, &H::Save, &H::Complete, &H::Unload}},
     {"loaded-and-unloaded-twice",
-     [](CHost& host)
-     {
-         for (int load = 0; load < 2; ++load)
-         {
-             host.Run();
-             Press(IDOK);
-             host.Complete();
-             host.library->Unload();
-             host.Load();
-         }
-     }},
-    {"completed-after-the-host-closed",
-     [](CHost& host)
-     {
-         host.Run();
-         ::DestroyWindow(Window());
-         HostControl::Reset();
-         host.Complete();
-         host.library->Unload();
-     }},
-    {"selection-open-at-unload",
-     [](CHost& host)
-     {
-         host.Run();
-         host.library->m_pPlugin->StartSelection();
-         host.Complete();
-         host.library->Unload();
-         Check(HostControl::CountLiveInputFunctions() == 1, "the host has lost its selection");
-         HostControl::Reset();
-     }},
-    {"handler-destroyed-before-the-module",
-     [](CHost& host)
-     {
-         host.Run();
-         host.library->m_pPlugin->RegisterHandler({});
-         Check(host.pHandler.use_count() == 1, "the handler is still held");
-         host.pHandler.reset();
-         Press(IDOK);
-         host.Complete();
-         host.library->Unload();
-     }},
-    {"handler-destroyed-after-the-module",
-     [](CHost& host)
-     {
-         host.Run();
-         Press(IDOK);
-         host.Complete();
-         host.library->Unload();
-         host.pHandler->CloseStorage();
-         host.pHandler.reset();
-     }},
-    {"text-held-after-unload",
-     [](CHost& host)
-     {
-         CString text = host.library->m_pPlugin->GetText();
-         host.library->Unload();
-         const CString copy = text;
-         text += TEXT("!");
-         Check(!copy.IsEmpty() && text == copy + TEXT("!"), "the text has changed");
-     }},
-    {"exit-inside-load",
-     [](CHost& host)
-     {
-         host.ExitInside("load");
-         host.Run();
-     }},
-    {"exit-inside-save",
-     [](CHost& host)
-     {
-         host.ExitInside("save");
-         host.Run();
-         Press(IDOK);
-         Check(false, "the handler was not asked to save");
-     }},
+     {&H::Run, &H::Save, &H::Complete, &H::Unload, &H::Load, &H::Run, &H::Save, &H::Complete, &H::Unload}},
+    {"completed-after-the-host-closed", {&H::Run, &H::DestroyWindow, &H::Reset, &H::Complete, &H::Unload}},
+    {"selection-open-at-unload", {&H::Run, &H::StartSelection, &H::Complete, &H::Unload, &H::Reset}},
+    {"handler-gone-before-the-module",
+     {&H::Run, &H::TakeHandlerBack, &H::DropHandler, &H::PressOk, &H::Complete, &H::Unload}},
+    {"handler-gone-after-the-module", {&H::Run, &H::Save, &H::Complete, &H::Unload, &H::DropHandler}},
+    {"text-held-after-unload", {&H::TakeText, &H::Unload, &H::UseText}},
+    {"first-run-failed", {&H::RunWhileTheHostFails, &H::Complete, &H::Run, &H::Save, &H::Complete, &H::Unload}},
+    {"exit-inside-load", {&H::ExitInsideLoad, &H::Run, &H::Fail}},
+    {"exit-inside-save", {&H::ExitInsideSave, &H::Run, &H::PressOk, &H::Fail}},
 };
 } // namespace
 
@@ -201,7 +153,9 @@ int main(int count, char** ppArguments)
         try
         {
             CHost host;
-            row.pOrder(host);
+            host.Load();
+            for (const auto step : row.steps)
+                (host.*step)();
         }
         catch (const std::exception& exception)
         {

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <process.h>
 #include <string>
 #include <vector>
 
@@ -24,26 +25,6 @@ struct CDensityReset
 {
     ~CDensityReset() { ::RegDeleteKeyValueW(HKEY_CURRENT_USER, s_key, TEXT("LogPixels")); }
 };
-
-/// This program with the first test alone. Its exit code.
-DWORD RunChild()
-{
-    WCHAR own[MAX_PATH];
-    ::GetModuleFileNameW(nullptr, own, MAX_PATH);
-    WString commandLine = WString(TEXT("\"")) + own +
-                          TEXT("\" --gtest_output= --gtest_brief=1 --gtest_filter=Scale.FitsAtTheDensityInForce");
-    STARTUPINFOW start{};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION process;
-    if (!::CreateProcessW(own, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process))
-        return ::GetLastError();
-    DWORD code = 0;
-    ::WaitForSingleObject(process.hProcess, INFINITE);
-    ::GetExitCodeProcess(process.hProcess, &code);
-    ::CloseHandle(process.hThread);
-    ::CloseHandle(process.hProcess);
-    return code;
-}
 
 RECT PlaceOf(HWND control)
 {
@@ -117,6 +98,8 @@ TEST(Scale, FitsAtOtherDensities)
     for (const DWORD density : {96, 144, 192})
     {
         SetDensity(density);
-        EXPECT_EQ(RunChild(), 0u) << density << " dots per inch";
+        const auto code = _wspawnl(_P_WAIT, _wpgmptr, TEXT("child"), TEXT("--gtest_output="), TEXT("--gtest_brief=1"),
+                                   TEXT("--gtest_filter=Scale.FitsAtTheDensityInForce"), nullptr);
+        EXPECT_EQ(code, 0) << density << " dots per inch";
     }
 }

@@ -31,8 +31,7 @@ LPARAM Pointer(LPCWSTR pText)
 class CTracedDialog
 {
 public:
-    explicit CTracedDialog(int number, HWND parent = nullptr, std::function<INT_PTR(UINT, WPARAM)> answer = {})
-        : m_answer(std::move(answer))
+    explicit CTracedDialog(int number, HWND parent = nullptr)
     {
         INITCOMMONCONTROLSEX classes = {sizeof(INITCOMMONCONTROLSEX), ICC_LISTVIEW_CLASSES};
         EXPECT_TRUE(InitCommonControlsEx(&classes));
@@ -202,27 +201,6 @@ TEST(Dialog, DestructionReachesEverythingOfIt)
     EXPECT_EQ(GetDlgItem(dialog.m_window, IDOK), nullptr);
     EXPECT_TRUE(TextOf(control).empty());
     EXPECT_EQ(GetWindowLongPtrW(dialog.m_window, DWLP_USER), 0);
-}
-
-// The button is still at work when the dialog goes: what it holds must outlive its own click.
-TEST(Dialog, MayBeDestroyedByItsOwnProcedure)
-{
-    CTracedDialog dialog(DIALOG_EXTENDED);
-    dialog.m_answer = [&dialog](UINT message, WPARAM)
-    { return static_cast<INT_PTR>(message == WM_COMMAND && DestroyWindow(dialog.m_window)); };
-    dialog.Send(ID_CHECK, BM_CLICK);
-    EXPECT_FALSE(IsWindow(dialog.m_window));
-
-    HWND control = nullptr;
-    CTracedDialog unborn(DIALOG_EXTENDED, nullptr,
-                         [&control](UINT message, WPARAM wParam)
-                         {
-                             if (message == WM_INITDIALOG)
-                                 control = reinterpret_cast<HWND>(wParam);
-                             return static_cast<INT_PTR>(message == WM_INITDIALOG && DestroyWindow(GetParent(control)));
-                         });
-    EXPECT_NE(control, nullptr);
-    EXPECT_FALSE(IsWindow(control));
 }
 
 TEST(Dialog, ClosingActsAsCancelUnlessThatIsDisabled)

@@ -1,0 +1,99 @@
+// The command of the DLL, run over and over: handles and heap must come back to their level.
+#include "commands/CommandManager.h"
+#include "platform/host/CoordinateInput.h"
+#include "platform/host/HostControl.h"
+#include "tests/dialog/RecordingHandler.h"
+#include "tests/endurance/Endurance.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+namespace
+{
+/// Wine counts nobody's handles. So a kind's table is filled up: behind its free places numbers rise by one, and the
+/// highest tells how many were taken before.
+template <class Make, class Destroy>
+long CountHandles(Make make, Destroy destroy, unsigned step)
+{
+    constexpr long Fill = 3000; // more than there are free places
+    std::vector<decltype(make())> handles(Fill);
+    long highest = 0;
+    for (auto& handle : handles)
+    {
+        handle = make();
+        highest = std::max(highest, static_cast<long>(LOWORD(reinterpret_cast<ULONG_PTR>(handle)) / step));
+    }
+    for (const auto& handle : handles)
+        EXPECT_TRUE(destroy(handle));
+    return highest - Fill;
+}
+
+struct CLevel
+{
+    long user = CountHandles(::CreateMenu, ::DestroyMenu, 2);
+    long drawing = CountHandles([] { return ::CreatePen(PS_SOLID, 1, 0); }, ::DeleteObject, 1);
+    long kernel = CountHandles([] { return ::CreateEventW(nullptr, FALSE, FALSE, nullptr); }, ::CloseHandle, 4);
+    size_t heap = HeapBytesInUse();
+};
+
+void Print(const char* pWhen, const CLevel& level)
+{
+    std::printf("%s: %ld user, %ld drawing and %ld kernel handles, heap %zu bytes\n", pWhen, level.user, level.drawing,
+                level.kernel, level.heap);
+}
+
+void RunOnce(int run, const boost::shared_ptr<CRecordingHandler>& pHandler)
+{
+    static CCoordinateInput s_input;
+    auto* pManager = VLT::CCommandManager::Instance();
+    pManager->RunCommand(TEXT("CMD_DEFINE_PROJ_ENTITIES"), &s_input);
+    pManager->ProcessMouseMsg(WM_MOUSEMOVE, {}, nullptr, &s_input);
+    const HWND dialog = ::FindWindowW(nullptr, TEXT("Define projection/intersection"));
+    ASSERT_TRUE(::IsWindowVisible(dialog));
+    const int buttons[] = {IDOK, IDCANCEL, 0}; // the last: mere completion
+    ::SendDlgItemMessageW(dialog, buttons[run % 3], BM_CLICK, 0, 0);
+    ASSERT_EQ(::IsWindowVisible(dialog), run % 3 == 2);
+    MSG message;
+    while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        if (!::IsDialogMessageW(dialog, &message))
+            ::DispatchMessageW(&message);
+    pManager->CompleteCommand(&s_input);
+    ASSERT_FALSE(::IsWindow(dialog));
+    ASSERT_EQ(pHandler->m_calls.size(), run % 3 == 0 ? 4u : 2u);
+    pHandler->m_calls.clear();
+    HostControl::Reset();
+}
+} // namespace
+
+TEST(Endurance, TwoThousandRunsOfTheCommand)
+{
+    constexpr int WarmUp = 300;
+    constexpr int Runs = 2000;
+    const boost::shared_ptr<CRecordingHandler> pHandler(new CRecordingHandler);
+    VLT::CConfigurationStorage::Instance()->RegisterHandler(pHandler);
+    for (int run = 0; run < WarmUp && !HasFatalFailure(); ++run)
+        RunOnce(run, pHandler);
+    CLevel(); // what the counting itself needs once
+    const CLevel before;
+    Print("before", before);
+    const HMENU menu = ::CreateMenu();
+    const HPEN pen = ::CreatePen(PS_SOLID, 1, 0);
+    const HANDLE event = ::CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    const CLevel held;
+    EXPECT_TRUE(held.user == before.user + 1 && held.drawing == before.drawing + 1 && held.kernel == before.kernel + 1)
+        << "the counting does not see a handle";
+    EXPECT_TRUE(::DestroyMenu(menu) && ::DeleteObject(pen) && ::CloseHandle(event));
+    for (int run = 1; run <= Runs && !HasFatalFailure(); ++run)
+    {
+        RunOnce(run, pHandler);
+        ShowProgress(run, Runs, "runs");
+    }
+    const CLevel after;
+    Print("after", after);
+    constexpr long Others = 5; // the desktop's programs and the system's caches take one now and then
+    EXPECT_LE(after.user, before.user + Others);
+    EXPECT_LE(after.drawing, before.drawing + Others);
+    EXPECT_LE(after.kernel, before.kernel + Others);
+    EXPECT_LE(after.heap, before.heap + Runs); // not one byte for a run
+}
