@@ -18,30 +18,48 @@ const Calls s_saved{"open", "load", "save", "close"};
 
 class Survival : public testing::Test
 {
-protected:
+public:
     Survival() { StartAgain(); }
     ~Survival() override
     {
-        VLT::CConfigurationStorage::Instance()->RegisterHandler({});
+        TakeHandlerAway();
         HostControl::Reset();
     }
 
     void StartAgain()
     {
         HostControl::Reset();
-        m_pHandler = boost::make_shared<CRecordingHandler>();
-        VLT::CConfigurationStorage::Instance()->RegisterHandler(m_pHandler);
+        ReplaceHandler();
     }
-    static HWND Window() { return s_pDlgDefineProjections == nullptr ? nullptr : s_pDlgDefineProjections->m_hWnd; }
-    static void Press(int id) { ::SendMessageW(::GetDlgItem(Window(), id), BM_CLICK, 0, 0); }
-    static void DeliverWaitingMessages()
+    void Run() { m_command.Run(nullptr); }
+    void RunAgain()
+    {
+        const std::unique_ptr<CDlgDefineProjections> pFirst(s_pDlgDefineProjections); // nobody's now
+        Run();
+        ::SendMessageW(pFirst->m_hWnd, WM_COMMAND, IDOK, 0);
+    }
+    void PressOk() { ::SendDlgItemMessageW(Window(), IDOK, BM_CLICK, 0, 0); }
+    void PressCancel() { ::SendDlgItemMessageW(Window(), IDCANCEL, BM_CLICK, 0, 0); }
+    void PostOk() { ::PostMessageW(Window(), WM_COMMAND, IDOK, 0); }
+    void CloseWindow() { ::SendMessageW(Window(), WM_CLOSE, 0, 0); }
+    void DestroyWindow() { ::DestroyWindow(Window()); }
+    void DestroyByObject() { EXPECT_FALSE(s_pDlgDefineProjections->DestroyWindow()); }
+    void DeliverMessages()
     {
         MSG message;
         while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
             ::DispatchMessageW(&message);
     }
-    void Run() { m_command.Run(nullptr); }
+    void ExpectHidden() { EXPECT_TRUE(::IsWindow(Window()) && !::IsWindowVisible(Window())); }
     void Complete() { m_command.Complete(nullptr); }
+    void TakeHandlerAway() { VLT::CConfigurationStorage::Instance()->RegisterHandler({}); }
+    void ReplaceHandler()
+    {
+        m_pHandler = boost::make_shared<CRecordingHandler>();
+        VLT::CConfigurationStorage::Instance()->RegisterHandler(m_pHandler);
+    }
+    void Throw() { throw std::runtime_error("no storage"); }
+    void ThrowMfcException() { throw new CException; }
 
     /// The command ends, its dialog is gone, and another run saves.
     void ExpectSound()
@@ -53,15 +71,19 @@ protected:
         StartAgain();
         Run();
         EXPECT_TRUE(::IsWindowVisible(Window()));
-        Press(IDOK);
-        EXPECT_FALSE(::IsWindowVisible(Window()));
+        PressOk();
+        ExpectHidden();
         EXPECT_EQ(m_pHandler->m_calls, s_saved);
         Complete();
     }
+    static HWND Window() { return s_pDlgDefineProjections == nullptr ? nullptr : s_pDlgDefineProjections->m_hWnd; }
 
     VLT::CCommand_DefineProjectionEntities m_command;
     boost::shared_ptr<CRecordingHandler> m_pHandler;
 };
+
+using S = Survival;
+using Step = void (Survival::*)();
 } // namespace
 
 TEST_F(Survival, OfWhatHappensToAnOpenDialog)
@@ -69,82 +91,28 @@ TEST_F(Survival, OfWhatHappensToAnOpenDialog)
     const struct
     {
         const char* pName;
-        std::function<void()> happens;
-        Calls calls;
+        std::vector<Step> steps; // behind Run
+        Calls calls;             // of the handler
     } rows[] = {
-        {"the host destroys the window", [] { ::DestroyWindow(Window()); }, s_opened},
-        {"the window is destroyed from both sides",
-         []
-         {
-             ::DestroyWindow(Window());
-             s_pDlgDefineProjections->DestroyWindow();
-         },
+        {"the host destroys the window", {&S::DestroyWindow}, s_opened},
+        {"destroyed from both sides", {&S::DestroyWindow, &S::DestroyByObject}, s_opened},
+        {"the host closes it, and later destroys it",
+         {&S::CloseWindow, &S::DeliverMessages, &S::ExpectHidden, &S::DestroyWindow},
          s_opened},
-        {"the host closes the window, and later destroys it",
-         []
-         {
-             ::SendMessageW(Window(), WM_CLOSE, 0, 0);
-             DeliverWaitingMessages();
-             EXPECT_FALSE(::IsWindowVisible(Window()));
-             ::DestroyWindow(Window());
-         },
-         s_opened},
-        {"a message waits when the command ends",
-         [this]
-         {
-             ::PostMessageW(Window(), WM_COMMAND, IDOK, 0);
-             Complete();
-             DeliverWaitingMessages();
-         },
-         s_opened},
-        {"completed twice, messages between",
-         [this]
-         {
-             Complete();
-             DeliverWaitingMessages();
-             Complete();
-         },
-         s_opened},
-        {"OK, then Cancel, then completed",
-         []
-         {
-             Press(IDOK);
-             Press(IDCANCEL);
-         },
-         s_saved},
-        {"run again while open",
-         [this]
-         {
-             const std::unique_ptr<CDlgDefineProjections> pFirst(s_pDlgDefineProjections); // nobody's now
-             Run();
-             ::SendMessageW(pFirst->m_hWnd, WM_COMMAND, IDOK, 0);
-             Press(IDCANCEL);
-         },
-         {"open", "load", "open", "load", "save", "close"}},
-        {"the handler has gone before OK",
-         [this]
-         {
-             VLT::CConfigurationStorage::Instance()->RegisterHandler({});
-             EXPECT_EQ(m_pHandler.use_count(), 1);
-             Press(IDOK);
-             EXPECT_FALSE(::IsWindowVisible(Window()));
-         },
-         s_opened},
-        {"another handler before OK",
-         [this]
-         {
-             VLT::CConfigurationStorage::Instance()->RegisterHandler(m_pHandler =
-                                                                         boost::make_shared<CRecordingHandler>());
-             Press(IDOK);
-         },
-         {"save", "close"}},
+        {"a message waits when the command ends", {&S::PostOk, &S::Complete, &S::DeliverMessages}, s_opened},
+        {"completed twice", {&S::Complete, &S::DeliverMessages, &S::Complete}, s_opened},
+        {"OK, then Cancel", {&S::PressOk, &S::PressCancel, &S::ExpectHidden}, s_saved},
+        {"run again while open", {&S::RunAgain, &S::PressCancel}, {"open", "load", "open", "load", "save", "close"}},
+        {"the handler has gone before OK", {&S::TakeHandlerAway, &S::PressOk, &S::ExpectHidden}, s_opened},
+        {"another handler before OK", {&S::ReplaceHandler, &S::PressOk, &S::ExpectHidden}, {"save", "close"}},
     };
     for (const auto& row : rows)
     {
         SCOPED_TRACE(row.pName);
         StartAgain();
         Run();
-        row.happens();
+        for (const Step step : row.steps)
+            (this->*step)();
         EXPECT_EQ(m_pHandler->m_calls, row.calls);
         ExpectSound();
     }
@@ -153,45 +121,42 @@ TEST_F(Survival, OfWhatHappensToAnOpenDialog)
 // The handler is the plug-in's: it may do anything to the dialog that waits for its answer. So may the host's report.
 TEST_F(Survival, OfWhatHappensInsideACall)
 {
-    const struct
-    {
-        const char* pName;
-        std::function<void()> happens;
-        bool throws;
-    } rows[] = {
-        {"throws", [] { throw std::runtime_error("no storage"); }, true},
-        {"throws an MFC exception", [] { throw new CException; }, true},
-        {"completes the command", [this] { Complete(); }, false},
-        {"destroys the window", [] { ::DestroyWindow(Window()); }, false},
-        {"takes the handler away", [] { VLT::CConfigurationStorage::Instance()->RegisterHandler({}); }, false},
-        {"presses Cancel", [] { Press(IDCANCEL); }, false},
+    const std::pair<const char*, Step> rows[] = {
+        {"throws", &S::Throw},
+        {"throws an MFC exception", &S::ThrowMfcException},
+        {"completes the command", &S::Complete},
+        {"destroys the window", &S::DestroyWindow},
+        {"takes the handler away", &S::TakeHandlerAway},
+        {"presses Cancel", &S::PressCancel},
     };
     for (const std::string call : {"open", "load", "save", "close", "report"})
-        for (const auto& row : rows)
+        for (const auto& [pName, step] : rows)
         {
-            SCOPED_TRACE(call + " " + row.pName);
+            SCOPED_TRACE(call + " " + pName);
             StartAgain();
-            m_pHandler->m_inside = [&](const std::string& inside) { return inside == call ? row.happens() : void(); };
+            m_pHandler->m_inside = [&, step = step](const std::string& inside)
+            { return inside == call ? (this->*step)() : void(); };
             HostControl::FailAt(eHostCall::AddObject, eHostFailure::StdException);
             HostControl::SetCallObserver(
-                [&](eHostCall inside)
-                { return call == "report" && inside == eHostCall::ShowInformation ? row.happens() : void(); });
-            std::string thrown;
+                [&, step = step](eHostCall inside)
+                { return call == "report" && inside == eHostCall::ShowInformation ? (this->*step)() : void(); });
+            bool hasThrown = true;
             try
             {
                 Run();
+                hasThrown = false;
             }
             catch (CException* pException)
             {
                 pException->Delete();
-                thrown = "thrown";
             }
             catch (const std::runtime_error&)
             {
-                thrown = "thrown";
             }
-            EXPECT_EQ(thrown, row.throws && call != "save" && call != "close" ? "thrown" : "");
-            Press(IDOK);
+            // A message's sender gets no exception.
+            const bool throws = step == &S::Throw || step == &S::ThrowMfcException;
+            EXPECT_EQ(hasThrown, throws && call != "save" && call != "close");
+            PressOk();
             ExpectSound();
         }
 }
