@@ -122,6 +122,7 @@ TEST_F(DefineProjectionEntities, ShowsTheDialogBeforeItDraws)
 TEST_F(DefineProjectionEntities, KeepsTheModuleStateThroughTheReport)
 {
     AFX_MODULE_STATE hostState;
+    hostState.m_hCurrentResourceHandle = nullptr;
     const AFX_MAINTAIN_STATE2 hostCode(&hostState);
     HostControl::FailAt(Call::AddObject, Failure::AppException, 7);
     HostControl::SetCallObserver(
@@ -130,6 +131,7 @@ TEST_F(DefineProjectionEntities, KeepsTheModuleStateThroughTheReport)
             if (call != Call::ShowInformation)
                 return;
             EXPECT_EQ(AfxGetModuleState(), AfxGetStaticModuleState());
+            EXPECT_NE(AfxGetResourceHandle(), nullptr);
             EXPECT_NE(s_pDlgDefineProjections, nullptr);
         });
     m_command.Run(nullptr);

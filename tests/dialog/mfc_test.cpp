@@ -92,18 +92,3 @@ TEST(Mfc, ExchangeStopsAtAMissingControl)
     ASSERT_TRUE(dialog.Create());
     EXPECT_FALSE(dialog.m_bInitialised);
 }
-
-TEST(Mfc, ModuleStateIsSwitchedInScopes)
-{
-    AFX_MODULE_STATE* pOwn = AfxGetStaticModuleState();
-    ASSERT_NE(pOwn->m_hCurrentResourceHandle, nullptr);
-    {
-        AFX_MODULE_STATE other;
-        other.m_hCurrentResourceHandle = nullptr;
-        AFX_MAINTAIN_STATE2 outer(&other);
-        EXPECT_EQ(AfxGetResourceHandle(), nullptr);
-        AFX_MAINTAIN_STATE2 inner(pOwn);
-        EXPECT_EQ(AfxGetResourceHandle(), pOwn->m_hCurrentResourceHandle);
-    }
-    EXPECT_EQ(AfxGetModuleState(), pOwn);
-}

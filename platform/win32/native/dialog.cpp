@@ -136,17 +136,15 @@ public:
         if (handled != FALSE)
             return m_longs[DWLP_MSGRESULT];
         if (message == WM_CLOSE)
-            return Close();
+            return PressCancel();
         return CWindow::HandleMessage(message, wParam, lParam);
     }
 
 private:
-    /// As if Cancel had been pressed, unless it is disabled.
-    LRESULT Close()
+    LRESULT PressCancel()
     {
-        const HWND cancel = GetDlgItem(m_handle, IDCANCEL);
-        if (cancel == nullptr || IsWindowEnabled(cancel))
-            PostMessageW(m_handle, WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED), reinterpret_cast<LPARAM>(cancel));
+        PostMessageW(m_handle, WM_COMMAND, MAKEWPARAM(IDCANCEL, BN_CLICKED),
+                     reinterpret_cast<LPARAM>(GetDlgItem(m_handle, IDCANCEL)));
         return 0;
     }
 };

@@ -190,18 +190,6 @@ BOOL IsWindowVisible(HWND window)
     return !pWindow->HasStyle(WS_CHILD) || IsWindowVisible(pWindow->m_parent);
 }
 
-BOOL EnableWindow(HWND window, BOOL enable)
-{
-    const auto pWindow = WindowOf(window);
-    return pWindow && pWindow->SetStyle(WS_DISABLED, !enable);
-}
-
-BOOL IsWindowEnabled(HWND window)
-{
-    const auto pWindow = WindowOf(window);
-    return pWindow && !pWindow->HasStyle(WS_DISABLED);
-}
-
 HWND SetFocus(HWND window)
 {
     const HWND before = GetFocus();

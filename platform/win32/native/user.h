@@ -160,9 +160,6 @@ LRESULT DispatchMessageW(const MSG* pMessage);
 BOOL ShowWindow(HWND window, int command);
 /// TRUE if the window and all its parents are shown, though none is on a screen.
 BOOL IsWindowVisible(HWND window);
-/// Not 0 if the window was disabled before.
-BOOL EnableWindow(HWND window, BOOL enable);
-BOOL IsWindowEnabled(HWND window);
 /// Remembered, without effect on anything. Returns the window that had the focus, or null.
 HWND SetFocus(HWND window);
 HWND GetFocus();
