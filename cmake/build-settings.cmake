@@ -16,6 +16,12 @@ if(VELTRANO_SANITIZE)
     add_link_options(-fsanitize=${VELTRANO_SANITIZE})
 endif()
 
+option(VELTRANO_COVERAGE "count how often each line ran" OFF)
+if(VELTRANO_COVERAGE)
+    add_compile_options(--coverage)
+    add_link_options(--coverage)
+endif()
+
 # Header-only libraries. The cross build must not see the system's own headers that stand beside them.
 add_library(boost_headers INTERFACE)
 add_library(json_headers INTERFACE)

@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Installs what a part of the builds needs and does not find; does nothing when nothing is missing.
-# usage: setup.sh PART...   with PART one of native, windows, checks, bench, fuzz
+# usage: setup.sh PART...   with PART one of native, windows, coverage, checks, bench, fuzz
 # Exit code 0: all there. 1: something could not be installed; the message names it. Debian 12 package names.
 set -u
 
 declare -A packages=(
     [native]="g++ cmake ninja-build libboost-dev nlohmann-json3-dev libicu-dev googletest binutils-mingw-w64-x86-64"
     [windows]="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine xvfb xauth cmake ninja-build libboost-dev nlohmann-json3-dev googletest"
+    [coverage]="gcovr"
     [checks]="clang-format-14 clang-tidy-14 cppcheck"
     [bench]="libpugixml-dev librapidxml-dev libtinyxml2-dev libxml2-dev libexpat1-dev libssl-dev libglib2.0-dev libmodpbase64-dev libicu-dev pkg-config"
     [fuzz]="clang-14 libclang-rt-14-dev"

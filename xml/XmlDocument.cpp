@@ -98,8 +98,6 @@ void CXmlDocument::ResizeSegment(int segment, int count)
 
 std::span<XmlElementPosition> CXmlDocument::FreeRecords(int index)
 {
-    if (index == m_capacity)
-        return {};
     const int left = std::min(m_capacity - index, RecordsPerSegment - static_cast<int>(SlotOf(index)));
     return {&At(index), static_cast<size_t>(left)};
 }

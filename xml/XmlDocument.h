@@ -80,7 +80,7 @@ public:
     XmlElementPosition& At(int index) { return m_segments[SegmentOf(index)][SlotOf(index)]; }
     const XmlElementPosition& At(int index) const { return m_segments[SegmentOf(index)][SlotOf(index)]; }
 
-    /// Those from that index on that lie in one piece; empty at the end of the table.
+    /// Those from that index on, which is below m_capacity, that lie in one piece.
     std::span<XmlElementPosition> FreeRecords(int index);
 
     struct CFree

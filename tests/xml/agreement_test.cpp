@@ -314,6 +314,7 @@ TEST(XmlAgreement, LongTexts)
     for (const WString& text :
          {Repeated(TEXT("<a/>"), 70'000), mixed, mixed.substr(1'000, 50'000),
           Repeated(TEXT("<a>"), 66'000) + Repeated(TEXT("</a >"), 66'000),
+          Repeated(TEXT("<a>"), 40) + Repeated(TEXT("<b>"), 40) + TEXT("</c></a></b></a>"),
           TEXT("<a") + blanks + TEXT("></a") + blanks + TEXT(">"), TEXT("<r><a") + blanks + TEXT("></r><b>"),
           blanks + blanks + Repeated(TEXT("<a/>"), 140'000)})
         if (CBothForms forms; !Agree(forms, text))
