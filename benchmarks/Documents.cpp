@@ -1,5 +1,7 @@
 #include "benchmarks/Documents.h"
 
+#include "projection/Base64.h"
+
 #include <random>
 #include <string_view>
 
@@ -7,7 +9,6 @@ namespace
 {
 constexpr unsigned Seed = 20;
 constexpr int DeepLevels = 10000;
-constexpr std::string_view Base64 = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
 class CGenerator
 {
@@ -28,10 +29,11 @@ private:
     void MakeTexts();
     void MakeDeep();
 
-    /// Base64 of that many random bytes.
-    std::string Value(int bytes);
+    /// ASCII that can be printed.
+    std::string RandomText(int length);
     void AddAttribute(std::string_view name, std::string_view value);
-    void AddCounted(std::string_view name, std::string_view value);
+    void AddStored(std::string_view name, std::string_view text);
+    void AddCounted(std::string_view name, std::string_view text);
 
     BenchDocument& m_document;
     int64_t m_characters;
@@ -55,13 +57,12 @@ void CGenerator::Make(char kind)
     }
 }
 
-std::string CGenerator::Value(int bytes)
+std::string CGenerator::RandomText(int length)
 {
-    const size_t characters = (static_cast<size_t>(bytes) * 8 + 5) / 6;
-    std::string value;
-    while (value.size() < characters)
-        value += Base64[static_cast<size_t>(Number(0, 63))];
-    return value.append((4 - characters % 4) % 4, '=');
+    std::string text(static_cast<size_t>(length), 0);
+    for (char& unit : text)
+        unit = static_cast<char>(Number(' ', '~'));
+    return text;
 }
 
 void CGenerator::AddAttribute(std::string_view name, std::string_view value)
@@ -69,11 +70,19 @@ void CGenerator::AddAttribute(std::string_view name, std::string_view value)
     Text().append(" ").append(name).append("=\"").append(value).append("\"");
 }
 
-/// An attribute that the attribute job reads.
-void CGenerator::AddCounted(std::string_view name, std::string_view value)
+/// An attribute in base64.
+void CGenerator::AddStored(std::string_view name, std::string_view text)
 {
-    AddAttribute(name, value);
-    m_document.totals.Add(value.data(), value.size());
+    AddAttribute(name, Base64EncodeBytes(text.data(), static_cast<uint32_t>(text.size())));
+}
+
+/// One that the jobs read.
+void CGenerator::AddCounted(std::string_view name, std::string_view text)
+{
+    AddStored(name, text);
+    m_document.texts.Add(text.data(), text.size());
+    const size_t length = (text.size() + 2) / 3 * 4;
+    m_document.attributes.Add(Text().data() + Text().size() - 1 - length, length);
 }
 
 void CGenerator::MakeStorage()
@@ -85,8 +94,8 @@ void CGenerator::MakeStorage()
     for (m_document.elements = 1; IsShort(10); ++m_document.elements)
     {
         Text() += "<configuration";
-        AddCounted("id", Value(15)); // 20 characters
-        AddCounted("cfg", Value(Number(200, 4000)));
+        AddCounted("id", RandomText(20));
+        AddCounted("cfg", RandomText(Number(200, 4000)));
         Text() += " />";
     }
     Text() += "</storage>";
@@ -101,11 +110,11 @@ void CGenerator::MakeRegistry()
     for (m_document.elements = 1; IsShort(21); ++m_document.elements)
     {
         Text() += "<projectionDefinition";
-        AddCounted("name", Value(Number(4, 20)));
+        AddCounted("name", RandomText(Number(4, 20)));
         for (const char* pName : {"showInLS", "showInCS", "showInEditor"})
             AddAttribute(pName, Chance() ? "1" : "0");
-        AddAttribute("layerName", Value(Number(2, 10)));
-        AddCounted("entityId", Value(Number(2, 8)));
+        AddStored("layerName", RandomText(Number(2, 10)));
+        AddCounted("entityId", RandomText(Number(2, 8)));
         AddAttribute("isActive", Chance() ? "1" : "0");
         Text() += " />";
     }

@@ -5,14 +5,14 @@
 #include <cstdint>
 #include <string>
 
-/// What a reader has to find among the root's children, in all of their values of two attributes together.
-struct AttributeTotals
+/// What a reader has to find in many values together.
+struct ValueTotals
 {
     int64_t values = 0;
     int64_t units = 0;
     int64_t checksum = 0; ///< the sum of the first and the last unit of each value
 
-    /// A value is ASCII and not empty. Unit: of 8 or 16 bits.
+    /// A value is ASCII. Unit: of 8 or 16 bits.
     template <typename Unit>
     void Add(const Unit* pValue, size_t length)
     {
@@ -21,7 +21,7 @@ struct AttributeTotals
         if (length > 0)
             checksum += static_cast<int64_t>(pValue[0]) + static_cast<int64_t>(pValue[length - 1]);
     }
-    bool operator==(const AttributeTotals&) const = default;
+    bool operator==(const ValueTotals&) const = default;
 };
 
 /// ASCII, with what a correct reader finds in it.
@@ -34,7 +34,8 @@ struct BenchDocument
     std::string childName; ///< of the root's children; empty if the document is no job for attributes
     std::string firstAttribute;
     std::string secondAttribute;
-    AttributeTotals totals;
+    ValueTotals attributes; ///< of these two attributes of all of the root's children
+    ValueTotals texts;      ///< the same, decoded from base64
 
     int64_t GetLength() const { return static_cast<int64_t>(text.size()); }
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <fstream>
 #include <limits>
@@ -110,24 +111,10 @@ std::vector<Standing> Compete(const Contestants& contestants, const BenchOptions
     return standings;
 }
 
-double MeasureAlone(IContestant& contestant, const BenchOptions& options)
+void CReport::AddRace(const std::string& title, int64_t work, const std::vector<Standing>& standings, double goal,
+                      double limitGoal)
 {
-    double fastest = NoTime;
-    for (int round = 0; round < options.rounds; ++round)
-    {
-        const double taken = RunTurn(contestant, options.turnSeconds);
-        if (taken == NoTime)
-            throw std::runtime_error(contestant.GetName() + " gave a wrong result");
-        fastest = std::min(fastest, taken);
-    }
-    return fastest;
-}
-
-void CReport::AddRace(const std::string& job, const std::string& document, int64_t work,
-                      const std::vector<Standing>& standings, double goal, double limitGoal)
-{
-    const std::string race = job + ", " + document;
-    std::printf("\n%s\n  %-34s %-12s %12s %14s\n", race.c_str(), "contestant", "role", "M char/s", "ours is faster");
+    std::printf("\n%s\n  %-34s %-12s %12s %14s\n", title.c_str(), "contestant", "role", "M char/s", "ours is faster");
     const Standing* pBest = nullptr;
     const Standing* pLimit = nullptr;
     for (const Standing& standing : standings)
@@ -146,7 +133,7 @@ void CReport::AddRace(const std::string& job, const std::string& document, int64
         if (standing.role == Role::Limit)
             pLimit = &standing;
         std::ostringstream record;
-        record << "{\"job\": " << Quoted(job) << ", \"document\": " << Quoted(document) << ", \"characters\": " << work
+        record << "{\"job\": " << Quoted(title) << ", \"characters\": " << work
                << ", \"contestant\": " << Quoted(standing.name) << ", \"role\": " << Quoted(NameOf(standing.role))
                << ", \"seconds\": " << standing.seconds
                << ", \"millionCharactersPerSecond\": " << Rate(work, standing.seconds)
@@ -154,19 +141,46 @@ void CReport::AddRace(const std::string& job, const std::string& document, int64
         m_records.push_back(record.str());
     }
     if (pBest != nullptr)
-        m_summaries.push_back({race, pBest->name, pBest->ratio, goal});
+        m_summaries.push_back({title, pBest->name, pBest->ratio, goal});
     if (pLimit != nullptr && limitGoal > 0)
-        m_summaries.push_back({race, pLimit->name, pLimit->ratio, limitGoal});
+        m_summaries.push_back({title, pLimit->name, pLimit->ratio, limitGoal});
     std::fflush(stdout);
 }
 
-void CReport::AddDoubling(const std::string& job, const std::string& document, int64_t work, double once, double twice)
+void CReport::AddMemory(const std::string& title, int64_t elements, const std::vector<Footprint>& footprints)
 {
-    std::printf("  %-34s %-24s %12.0f %13.2fx\n", job.c_str(), document.c_str(), Rate(work, once), twice / once);
+    std::printf("\n%s, %lld elements\n  %-34s %-12s %12s %14s\n", title.c_str(), static_cast<long long>(elements),
+                "document", "role", "kB", "at most");
+    for (const Footprint& footprint : footprints)
+    {
+        std::printf("  %-34s %-12s %12lld", footprint.name.c_str(), NameOf(footprint.role),
+                    static_cast<long long>(footprint.bytes / 1000));
+        if (footprint.allowed != 0)
+            std::printf(" %14lld", static_cast<long long>(footprint.allowed / 1000));
+        std::printf("\n");
+        m_hasFaults |= footprint.allowed != 0 && footprint.bytes > footprint.allowed;
+        std::ostringstream record;
+        record << "{\"job\": " << Quoted(title) << ", \"contestant\": " << Quoted(footprint.name)
+               << ", \"bytes\": " << footprint.bytes << ", \"allowed\": " << footprint.allowed << "}";
+        m_records.push_back(record.str());
+    }
+    std::fflush(stdout);
+}
+
+void CReport::AddDoubling(const std::string& title, const std::vector<Standing>& standings, double greatest)
+{
+    std::vector<double> steps;
+    std::ostringstream list;
+    for (size_t i = 1; i < standings.size(); ++i)
+    {
+        m_hasFaults |= !standings[i].isCorrect || !standings[i - 1].isCorrect;
+        steps.push_back(standings[i].seconds / standings[i - 1].seconds);
+        list << (i == 1 ? "" : ", ") << std::round(steps.back() * 100) / 100;
+    }
+    const double growth = Median(steps);
+    std::printf("  %-40s %8.2fx%s   %s\n", title.c_str(), growth, growth <= greatest ? " " : "!", list.str().c_str());
     std::ostringstream record;
-    record << "{\"job\": " << Quoted(job) << ", \"document\": " << Quoted(document) << ", \"characters\": " << work
-           << ", \"seconds\": " << once << ", \"secondsForTwice\": " << twice << ", \"growth\": " << twice / once
-           << "}";
+    record << "{\"job\": " << Quoted(title) << ", \"growth\": " << growth << ", \"steps\": [" << list.str() << "]}";
     m_records.push_back(record.str());
     std::fflush(stdout);
 }
@@ -179,7 +193,7 @@ void CReport::PrintSummary() const
                 "goal");
     for (const Summary& summary : m_summaries)
     {
-        std::printf("  %-34s %-34s %7.2fx", summary.race.c_str(), summary.rival.c_str(), summary.ratio);
+        std::printf("  %-34s %-34s %7.2fx", summary.title.c_str(), summary.rival.c_str(), summary.ratio);
         if (summary.goal > 0)
             std::printf(" %7.2fx%s", summary.goal, summary.ratio >= summary.goal ? "" : "  missed");
         std::printf("\n");

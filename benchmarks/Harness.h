@@ -56,8 +56,14 @@ struct Standing
 /// Runs the contestants, of which the first is ours. A contestant that gave a wrong result leaves the race.
 std::vector<Standing> Compete(const Contestants& contestants, const BenchOptions& options);
 
-/// The fastest of one contestant's runs, in seconds. Throws std::runtime_error after a wrong result.
-double MeasureAlone(IContestant& contestant, const BenchOptions& options);
+/// What a parsed document takes.
+struct Footprint
+{
+    std::string name;
+    Role role;
+    int64_t bytes;
+    int64_t allowed; ///< of ours; 0: no limit
+};
 
 /// Prints the tables and collects them for the JSON file.
 class CReport
@@ -65,10 +71,12 @@ class CReport
 public:
     /// A race over work characters; goal: the ratio to the best peer to be reached, limitGoal: that to the last
     /// contestant of Role::Limit; 0 for none.
-    void AddRace(const std::string& job, const std::string& document, int64_t work,
-                 const std::vector<Standing>& standings, double goal, double limitGoal);
-    /// How the time grew when the input doubled: seconds for n and for 2n.
-    void AddDoubling(const std::string& job, const std::string& document, int64_t work, double once, double twice);
+    void AddRace(const std::string& title, int64_t work, const std::vector<Standing>& standings, double goal,
+                 double limitGoal);
+    void AddMemory(const std::string& title, int64_t elements, const std::vector<Footprint>& footprints);
+    /// Of ours with one input and with ones of twice the size each, the smallest first; greatest: of the growth of the
+    /// time from one to the next, in the median.
+    void AddDoubling(const std::string& title, const std::vector<Standing>& standings, double greatest);
 
     /// Best peers, ratios and goals of all races, in one table.
     void PrintSummary() const;
@@ -79,7 +87,7 @@ public:
 private:
     struct Summary
     {
-        std::string race;
+        std::string title;
         std::string rival;
         double ratio;
         double goal;

@@ -27,7 +27,7 @@ public:
         return isRead;
     }
     int64_t CountElements() override { return m_count; }
-    AttributeTotals ReadAttributes() override { return {}; }
+    ValueTotals ReadAttributes() override { return {}; }
     void Discard() override {}
 
 private:

@@ -49,9 +49,9 @@ public:
         }
         return count;
     }
-    AttributeTotals ReadAttributes() override
+    ValueTotals ReadAttributes() override
     {
-        AttributeTotals totals;
+        ValueTotals totals;
         xmlNode* pChild = xmlDocGetRootElement(m_pDocument.get())->children;
         for (; pChild != nullptr; pChild = pChild->next)
         {
@@ -65,7 +65,7 @@ public:
     void Discard() override { m_pDocument.reset(); }
 
 private:
-    static void AddValue(AttributeTotals& totals, xmlNode* pNode, const std::string& name)
+    static void AddValue(ValueTotals& totals, xmlNode* pNode, const std::string& name)
     {
         xmlChar* pValue = xmlGetNoNsProp(pNode, Xml(name)); // a string of its own
         totals.Add(pValue, std::strlen(reinterpret_cast<const char*>(pValue)));

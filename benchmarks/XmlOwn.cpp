@@ -33,9 +33,9 @@ public:
         return m_document->Parse();
     }
     int64_t CountElements() override { return m_document->m_usedPositions - 1; }
-    AttributeTotals ReadAttributes() override
+    ValueTotals ReadAttributes() override
     {
-        AttributeTotals totals;
+        ValueTotals totals;
         m_document->FindElement(nullptr);
         m_document->EnterElement();
         while (m_document->FindElement(m_childName.c_str()))

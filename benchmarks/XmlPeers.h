@@ -2,6 +2,7 @@
 /// Readers of XML under one interface, so that each job is written once.
 #include "benchmarks/Documents.h"
 #include "benchmarks/Harness.h"
+#include "benchmarks/StoredRecords.h"
 
 #include <memory>
 #include <vector>
@@ -22,7 +23,9 @@ public:
     virtual int64_t CountElements() = 0;
     /// Goes over all children of the root and makes a string of each of two attributes of each. Readers without a
     /// document give empty totals.
-    virtual AttributeTotals ReadAttributes() = 0;
+    virtual ValueTotals ReadAttributes() = 0;
+    /// The same attributes of the same children, decoded from base64. Only of the readers that are measured by it.
+    virtual StoredRecords ReadRecords() { return {}; }
     /// Drops the parsed document.
     virtual void Discard() = 0;
 };

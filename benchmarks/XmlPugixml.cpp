@@ -65,9 +65,9 @@ public:
         }
         return count;
     }
-    AttributeTotals ReadAttributes() override
+    ValueTotals ReadAttributes() override
     {
-        AttributeTotals totals;
+        ValueTotals totals;
         for (const pugi::xml_node child : m_document->document_element().children(m_source.childName.c_str()))
         {
             const std::string first = child.attribute(m_source.firstAttribute.c_str()).value();
@@ -76,6 +76,15 @@ public:
             totals.Add(second.data(), second.size());
         }
         return totals;
+    }
+    StoredRecords ReadRecords() override
+    {
+        CStoredTexts texts;
+        StoredRecords records;
+        for (const pugi::xml_node child : m_document->document_element().children(m_source.childName.c_str()))
+            records.push_back({texts.Decode(child.attribute(m_source.firstAttribute.c_str()).value()),
+                               texts.Decode(child.attribute(m_source.secondAttribute.c_str()).value())});
+        return records;
     }
     void Discard() override { m_document.reset(); }
 

@@ -60,26 +60,48 @@ public:
         }
         return count;
     }
-    AttributeTotals ReadAttributes() override
+    ValueTotals ReadAttributes() override
     {
-        AttributeTotals totals;
-        const auto* pRoot = m_document->first_node();
-        for (const auto* pChild = pRoot->first_node(m_childName.data(), m_childName.size()); pChild != nullptr;
-             pChild = pChild->next_sibling(m_childName.data(), m_childName.size()))
-        {
-            const auto first = ValueOf(pChild->first_attribute(m_first.data(), m_first.size()));
-            const auto second = ValueOf(pChild->first_attribute(m_second.data(), m_second.size()));
-            totals.Add(first.data(), first.size());
-            totals.Add(second.data(), second.size());
-        }
+        ValueTotals totals;
+        ForEachChild(
+            [&](StringView firstValue, StringView secondValue)
+            {
+                const String first(firstValue);
+                const String second(secondValue);
+                totals.Add(first.data(), first.size());
+                totals.Add(second.data(), second.size());
+            });
         return totals;
+    }
+    StoredRecords ReadRecords() override
+    {
+        CStoredTexts texts;
+        StoredRecords records;
+        ForEachChild(
+            [&](StringView first, StringView second) {
+                records.push_back({texts.Decode(first), texts.Decode(second)});
+            });
+        return records;
     }
     void Discard() override { m_document.reset(); }
 
 private:
-    static std::basic_string<Unit> ValueOf(const rapidxml::xml_attribute<Unit>* pAttribute)
+    using String = std::basic_string<Unit>;
+    using StringView = std::basic_string_view<Unit>;
+
+    /// take: gets the two attributes.
+    template <typename Take>
+    void ForEachChild(Take take)
     {
-        return std::basic_string<Unit>(pAttribute->value(), pAttribute->value_size());
+        const auto* pRoot = m_document->first_node();
+        for (const auto* pChild = pRoot->first_node(m_childName.data(), m_childName.size()); pChild != nullptr;
+             pChild = pChild->next_sibling(m_childName.data(), m_childName.size()))
+        {
+            const auto* pFirst = pChild->first_attribute(m_first.data(), m_first.size());
+            const auto* pSecond = pChild->first_attribute(m_second.data(), m_second.size());
+            take(StringView(pFirst->value(), pFirst->value_size()),
+                 StringView(pSecond->value(), pSecond->value_size()));
+        }
     }
 
     const BenchDocument& m_source;

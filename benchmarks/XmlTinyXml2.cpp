@@ -34,9 +34,9 @@ public:
         m_document->Accept(&counter);
         return counter.count;
     }
-    AttributeTotals ReadAttributes() override
+    ValueTotals ReadAttributes() override
     {
-        AttributeTotals totals;
+        ValueTotals totals;
         const char* pName = m_source.childName.c_str();
         const tinyxml2::XMLElement* pChild = m_document->RootElement()->FirstChildElement(pName);
         for (; pChild != nullptr; pChild = pChild->NextSiblingElement(pName))

@@ -13,9 +13,21 @@ namespace
 {
 constexpr const char* s_usage =
     "usage: bench [OPTION...]\n"
-    "Measures the XML engine beside other libraries in one run and prints a table for each job and document.\n"
+    "Measures the module beside other libraries in one run and prints a table for each job, document and size.\n"
+    "Jobs, with the documents that they are for:\n"
+    "  parse A..E             from a text in memory to a document that can be walked\n"
+    "  attributes A, B        the same, and a string of each of two attributes of all children\n"
+    "  read storage A         CStorage::ParseXML; peers give the same strings with OpenSSL's decoding\n"
+    "  write storage A        CStorage::GetXML, beside memcpy of the result\n"
+    "  load storage A, save storage A, read registry B   ours alone\n"
+    "  encode 4 KB values D, decode 4 KB values D        EncodeTextValue, DecodeTextValue; peers code bytes\n"
+    "  read file D, write file D                         ReadTextFile, WriteTextFile; peers convert with ICU\n"
+    "  memory A..E            what a parsed document takes\n"
+    "  doubling JOB           growth of the time of ours from 1 MB to 32 MB in five steps, for each job above\n"
+    "  hostile                the same for hostile texts, in two steps\n"
+    "Options:\n"
     "  --quick          1 MB documents, three short rounds\n"
-    "  --filter TEXT    only what has TEXT in its title, such as \"parse A\", \"attributes\", \"64 MB\", \"hostile\"\n"
+    "  --filter TEXT    only what has TEXT in its title, such as \"parse A\", \"storage\", \"64 MB\", \"hostile\"\n"
     "  --rounds N       rounds of each race (7)\n"
     "  --json FILE      writes the results there too\n"
     "  --help           this text\n"
@@ -54,8 +66,8 @@ bool ReadOptions(int count, char** ppArguments, BenchOptions& options)
 int RunAll(const BenchOptions& options)
 {
     CReport report;
-    RunParseJob(options, report);
-    RunAttributesJob(options, report);
+    RunRaces(options, report);
+    RunMemoryJob(options, report);
     RunDoublingJob(options, report);
     report.PrintSummary();
     if (!options.jsonPath.empty())

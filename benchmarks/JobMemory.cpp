@@ -1,0 +1,54 @@
+#include "benchmarks/Jobs.h"
+#include "benchmarks/XmlPeers.h"
+#include "xml/XmlDocument.h"
+
+#include <algorithm>
+#include <malloc.h>
+
+namespace
+{
+int64_t UsedMemory()
+{
+    const struct mallinfo2 info = mallinfo2();
+    return static_cast<int64_t>(info.uordblks + info.hblkhd);
+}
+
+/// What a document may take at most: a record for each element and one for the document, with as much spare as the
+/// growth by a half leaves or the first reservation takes, and what the allocator and the table of segments add; with
+/// SetText a copy of the text, too.
+int64_t AllowedMemory(const BenchDocument& document, Role role)
+{
+    if (role != Role::Ours && role != Role::OursToo)
+        return 0;
+    const int64_t text = role == Role::OursToo ? document.GetLength() * static_cast<int64_t>(sizeof(WCHAR)) : 0;
+    const int64_t records = std::max((document.elements + 1) * 3 / 2, document.GetLength() / 64 + 8);
+    const int64_t segments = records / 65536 + 1;
+    return text + records * static_cast<int64_t>(sizeof(XmlElementPosition)) + segments * 64 + 1024;
+}
+} // namespace
+
+void RunMemoryJob(const BenchOptions& options, CReport& report)
+{
+    for (const int64_t size : options.sizes)
+        for (const char* pKind = BenchDocumentKinds; *pKind != 0; ++pKind)
+        {
+            const std::string title = std::string("memory ") + *pKind + " " + SizeName(size);
+            if (!IsSelected(options, title))
+                continue;
+            const BenchDocument document = MakeBenchDocument(*pKind, size);
+            std::vector<Footprint> footprints;
+            for (auto& pReader : MakeXmlReaders(document))
+            {
+                if (pReader->GetRole() == Role::NoDocument)
+                    continue;
+                pReader->Restore();
+                const int64_t before = UsedMemory();
+                const Role role = pReader->GetRole();
+                if (pReader->Parse())
+                    footprints.push_back(
+                        {pReader->GetName(), role, UsedMemory() - before, AllowedMemory(document, role)});
+                pReader->Discard();
+            }
+            report.AddMemory(title, document.elements, footprints);
+        }
+}
