@@ -1,0 +1,48 @@
+// Files whose names are long, or in any alphabet, and what takes the place of a file.
+#include "configuration/Storage.h"
+#include "tests/platform/TestFolder.h"
+#include "uistrings/TextFile.h"
+#include "xml/XmlFile.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/make_shared.hpp>
+
+TEST(Paths, AreTakenByAllReadersAndWriters)
+{
+    const CTestFolder folder;
+    const std::u16string longName(150, u'n');
+    std::filesystem::create_directory(folder.m_path / longName);
+    std::filesystem::create_directory(folder.m_path / u"folder");
+    const WString longPath = WString(longName.begin(), longName.end()) + TEXT("\\") + WString(150, TEXT('f'));
+    const struct
+    {
+        WString name;
+        bool works;
+    } rows[] = {
+        {TEXT("\u0159\u00ED\u0161e \u03A9 \u4E2D \xD83D\xDE00.xml"), true},
+        {longPath, true},                 // of more than 300 units
+        {WString(300, TEXT('x')), false}, // no file system takes such a name
+        {TEXT("folder"), false},
+        {TEXT("missing\\file"), false},
+    };
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(&row - rows);
+        const CString path = folder.Path(row.name).c_str();
+        CString text, result;
+        EXPECT_EQ(WriteTextFile(path, TEXT("12 text\n"), &result), row.works);
+        EXPECT_EQ(ReadTextFile(path, text, &result), row.works);
+        EXPECT_FALSE(result.IsEmpty());
+        EXPECT_EQ(text, row.works ? TEXT("12 text\n") : TEXT(""));
+        TextFile file;
+        EXPECT_EQ(file.Open(path) == 0, row.works);
+        file.Close();
+
+        VLT::CStorage storage;
+        storage.AddConfiguration(boost::make_shared<VLT::CConfiguration>());
+        EXPECT_EQ(storage.Save(path), row.works ? 1 : 0);
+        EXPECT_EQ(storage.Load(path), row.works ? 1 : 0);
+        EXPECT_EQ(storage.GetConfigurationVector()->size(), 1U); // the one that was read, or that was there
+    }
+}
