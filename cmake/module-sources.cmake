@@ -12,6 +12,7 @@ set(VELTRANO_MODULE_SOURCES
     projection/Cmd_DefineProjectionEntities.cpp
     projection/DlgDefineProjections.cpp
     projection/ProjectionRegistry.cpp
+    projection/StoredAttribute.cpp
     projection/TrialGeometry.cpp
     uistrings/TextFile.cpp
     uistrings/TextFileReader.cpp

@@ -1,6 +1,36 @@
 #include "configuration/Configuration.h"
 
+#include "configuration/ConfigurationElement.h"
 #include "projection/Base64.h"
+
+#include <string_view>
+
+namespace
+{
+// The element as "%s%s%s%s%s" of these three and the values between them.
+constexpr std::basic_string_view<WCHAR> BeforeId = TEXT("<configuration id=\"");
+constexpr std::basic_string_view<WCHAR> BeforeCfg = TEXT("\" cfg=\"");
+constexpr std::basic_string_view<WCHAR> End = TEXT("\" />");
+
+void Append(std::basic_string_view<WCHAR> text, CString& target)
+{
+    target.Append(text.data(), static_cast<int>(text.size()));
+}
+} // namespace
+
+void AppendConfigurationElement(const CString& id, const CString& cfg, CString& target)
+{
+    Append(BeforeId, target);
+    AppendTextValue(id, target);
+    Append(BeforeCfg, target);
+    AppendTextValue(cfg, target);
+    Append(End, target);
+}
+
+size_t LengthOfConfigurationElement(const CString& id, const CString& cfg)
+{
+    return BeforeId.size() + LengthOfAsciiValue(id) + BeforeCfg.size() + LengthOfAsciiValue(cfg) + End.size();
+}
 
 namespace VLT
 {
@@ -37,12 +67,8 @@ CString CConfiguration::GetCfg() const
 
 CString CConfiguration::GetXML()
 {
-    // As formatting with "<configuration id=\"%s\" cfg=\"%s\" />" would, without reading the long value again.
-    CString element = TEXT("<configuration id=\"");
-    element += EncodeTextValue(m_id);
-    element += TEXT("\" cfg=\"");
-    element += EncodeTextValue(m_cfg);
-    element += TEXT("\" />");
+    CString element;
+    AppendConfigurationElement(m_id, m_cfg, element);
     return element;
 }
 

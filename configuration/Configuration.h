@@ -30,6 +30,8 @@ public:
     void GetXML(WStringStream& stream);
 
 private:
+    friend class CStorage; // long texts go in and out without a copy
+
     CString m_id;
     CString m_cfg;
 };

@@ -1,11 +1,13 @@
 #include "configuration/Storage.h"
 
-#include "projection/Base64.h"
+#include "configuration/ConfigurationElement.h"
+#include "projection/StoredAttribute.h"
 #include "xml/XmlDocument.h"
 #include "xml/XmlFile.h"
 
 #include <algorithm>
 #include <boost/make_shared.hpp>
+#include <climits>
 #include <utility>
 
 namespace VLT
@@ -35,10 +37,16 @@ void CStorage::MakeDeepCopy(CStorage& target)
 
 CString CStorage::GetXML()
 {
-    CString text = TEXT("<storage>");
+    size_t length = wcslen(TEXT("<storage></storage>"));
     for (const auto& pConfiguration : m_configurationVector)
         if (pConfiguration)
-            text += pConfiguration->GetXML();
+            length += LengthOfConfigurationElement(pConfiguration->m_id, pConfiguration->m_cfg);
+    CString text;
+    text.GetBufferBehind(static_cast<int>(std::min<size_t>(length, INT_MAX)));
+    text += TEXT("<storage>");
+    for (const auto& pConfiguration : m_configurationVector)
+        if (pConfiguration)
+            AppendConfigurationElement(pConfiguration->m_id, pConfiguration->m_cfg, text);
     text += TEXT("</storage>");
     return text;
 }
@@ -56,8 +64,8 @@ int CStorage::ParseXML(const WCHAR* pXml)
     while (document.FindElement(TEXT("configuration")))
     {
         const auto pConfiguration = boost::make_shared<CConfiguration>();
-        pConfiguration->SetId(DecodeTextValue(document.GetAttribute(TEXT("id"))));
-        pConfiguration->SetCfg(DecodeTextValue(document.GetAttribute(TEXT("cfg"))));
+        pConfiguration->m_id = GetTextAttribute(document, TEXT("id"));
+        pConfiguration->m_cfg = GetTextAttribute(document, TEXT("cfg"));
         AddConfiguration(pConfiguration);
     }
     return 1;

@@ -38,7 +38,7 @@ std::string NarrowForm(const WString& text)
     std::string narrow;
     narrow.reserve(text.size());
     for (const WCHAR unit : text)
-        narrow += OneByteForm(unit).value_or('?');
+        narrow += unit < 0x80 ? static_cast<char>(unit) : OneByteForm(unit).value_or('?'); // ASCII in every locale
     return narrow;
 }
 
@@ -185,12 +185,11 @@ std::string Base64DecodeBytes(const std::string& text)
     return bytes;
 }
 
-CString EncodeTextValue(const WCHAR* pText)
+namespace
 {
-    CString value;
-    if (pText == nullptr || EncodeAsciiText(pText, wcslen(pText), value))
-        return value;
-    const WString text = pText;
+/// The value of any text, ASCII or not.
+CString PlainValueOf(const WString& text)
+{
     std::string bytes = NarrowForm(text);
     if (WideForm(bytes) != text)
         bytes.append(TailMark).append(Utf8Form(text));
@@ -199,12 +198,10 @@ CString EncodeTextValue(const WCHAR* pText)
     return WideForm(Base64EncodeBytes(bytes.data(), static_cast<uint32_t>(bytes.size()))).c_str();
 }
 
-CString DecodeTextValue(const WCHAR* pText)
+/// The text of any value.
+CString PlainTextOf(const WString& value)
 {
-    CString ascii;
-    if (pText == nullptr || DecodeAsciiText(pText, wcslen(pText), ascii))
-        return ascii;
-    const std::string bytes = Base64DecodeBytes(NarrowForm(pText));
+    const std::string bytes = Base64DecodeBytes(NarrowForm(value));
     const std::string head = bytes.substr(0, bytes.find('\0'));
     const std::string_view rest = std::string_view(bytes).substr(head.size());
     if (rest.starts_with(TailMark))
@@ -214,4 +211,35 @@ CString DecodeTextValue(const WCHAR* pText)
             return text->c_str();
     }
     return WideForm(head).c_str();
+}
+} // namespace
+
+CString EncodeTextValue(const WCHAR* pText)
+{
+    CString value;
+    if (pText != nullptr && !AppendAsciiValue(pText, wcslen(pText), value))
+        value = PlainValueOf(pText);
+    return value;
+}
+
+void AppendTextValue(const CString& text, CString& target)
+{
+    if (!AppendAsciiValue(text, static_cast<size_t>(text.GetLength()), target))
+        target += PlainValueOf(text.GetString());
+}
+
+CString DecodeTextValue(const WCHAR* pValue)
+{
+    CString text;
+    if (pValue != nullptr && !DecodeAsciiText(pValue, wcslen(pValue), text))
+        text = PlainTextOf(pValue);
+    return text;
+}
+
+CString DecodeTextValue(const CString& value)
+{
+    CString text;
+    if (!DecodeAsciiText(value, static_cast<size_t>(value.GetLength()), text))
+        text = PlainTextOf(value.GetString());
+    return text;
 }

@@ -23,8 +23,16 @@ std::string Base64DecodeBytes(const std::string& text);
 /// The stored value of a text. Every text comes back through DecodeTextValue while the locale stays the same; null
 /// counts as the empty text. Throws std::bad_alloc for a text whose value would pass 2^31 - 1 units.
 CString EncodeTextValue(const WCHAR* pText);
+/// The units of the value, if the text is ASCII; others need more.
+inline size_t LengthOfAsciiValue(const CString& text)
+{
+    return (static_cast<size_t>(text.GetLength()) + 2) / 3 * 4;
+}
+/// Appends the same to another string.
+void AppendTextValue(const CString& text, CString& target);
 
 /// The text of a stored value. Never fails: of a value that is not base64 the valid head is decoded, and a tail that is
 /// damaged or does not belong to the narrow form is left out. Bytes that the locale cannot read are taken one by one;
 /// those that have no unit of their own become U+FFFD. Null counts as the empty text.
-CString DecodeTextValue(const WCHAR* pText);
+CString DecodeTextValue(const WCHAR* pValue);
+CString DecodeTextValue(const CString& value);

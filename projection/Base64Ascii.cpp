@@ -1,5 +1,6 @@
 #include "projection/Base64Ascii.h"
 
+#include <algorithm>
 #include <climits>
 #include <new>
 #include <tmmintrin.h>
@@ -22,32 +23,26 @@ bool IsPlain(unsigned unit)
     return unit - 1 < 0x7F;
 }
 
-constexpr WCHAR CharacterOf(unsigned value)
-{
-    return static_cast<WCHAR>(value < 26    ? 'A' + value
-                              : value < 52  ? 'a' + (value - 26)
-                              : value < 62  ? '0' + (value - 52)
-                              : value == 62 ? '+'
-                                            : '/');
-}
+constexpr WCHAR s_alphabet[] = TEXT("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/");
 
-/// The place of every character in the alphabet, -1 for the others.
+/// The place of every character in the alphabet; for the others a mark that no place has.
+constexpr unsigned Foreign = 64;
 struct CValueTable
 {
     constexpr CValueTable()
     {
         for (auto& value : values)
-            value = -1;
+            value = Foreign;
         for (unsigned value = 0; value < 64; ++value)
-            values[CharacterOf(value)] = static_cast<signed char>(value);
+            values[s_alphabet[value]] = static_cast<unsigned char>(value);
     }
-    signed char values[128];
+    unsigned char values[128];
 };
 constexpr CValueTable s_valueTable;
 
-int ValueOf(WCHAR character)
+unsigned ValueOf(WCHAR character)
 {
-    return character < 128 ? s_valueTable.values[character] : -1;
+    return character < 128 ? s_valueTable.values[character] : Foreign;
 }
 
 /// Encodes 12 units to 16 characters at a time while 16 units are left and all are plain. Returns the units taken.
@@ -122,53 +117,53 @@ VECTOR_STEPS size_t DecodeBlocks(const WCHAR* pValue, size_t length, WCHAR* pTex
 }
 } // namespace
 
-bool EncodeAsciiText(const WCHAR* pText, size_t length, CString& value)
+bool AppendAsciiValue(const WCHAR* pText, size_t length, CString& target)
 {
     const size_t valueLength = (length + 2) / 3 * 4;
     if (valueLength > INT_MAX)
         throw std::bad_alloc();
-    CString encoded;
-    WCHAR* pValue = encoded.GetBuffer(static_cast<int>(valueLength));
+    WCHAR* pValue = target.GetBufferBehind(static_cast<int>(valueLength));
     size_t i = HasVectorSteps() ? EncodeBlocks(pText, length, pValue) : 0;
     pValue += i / 3 * 4;
-    for (; i < length; i += 3, pValue += 4)
+    bool isPlain = true;
+    for (; i < length && isPlain; i += 3, pValue += 4)
     {
+        const size_t count = std::min<size_t>(length - i, 3);
         const unsigned first = pText[i];
-        const unsigned second = i + 1 < length ? pText[i + 1] : 1; // a plain unit, of which nothing is written
-        const unsigned third = i + 2 < length ? pText[i + 2] : 1;
-        if (!IsPlain(first) || !IsPlain(second) || !IsPlain(third))
-            return false;
-        pValue[0] = CharacterOf(first >> 2);
-        pValue[1] = CharacterOf((first << 4 & 63) | (i + 1 < length ? second >> 4 : 0));
-        pValue[2] = i + 1 < length ? CharacterOf((second << 2 & 63) | (i + 2 < length ? third >> 6 : 0)) : TEXT('=');
-        pValue[3] = i + 2 < length ? CharacterOf(third & 63) : TEXT('=');
+        const unsigned second = count > 1 ? pText[i + 1] : 0;
+        const unsigned third = count > 2 ? pText[i + 2] : 0;
+        isPlain = IsPlain(first) && (count < 2 || IsPlain(second)) && (count < 3 || IsPlain(third));
+        const unsigned group = first << 16 | second << 8 | third;
+        pValue[0] = s_alphabet[group >> 18 & 63];
+        pValue[1] = s_alphabet[group >> 12 & 63];
+        pValue[2] = count > 1 ? s_alphabet[group >> 6 & 63] : TEXT('=');
+        pValue[3] = count > 2 ? s_alphabet[group & 63] : TEXT('=');
     }
-    encoded.ReleaseBufferSetLength(static_cast<int>(valueLength));
-    value = std::move(encoded);
-    return true;
+    target.ReleaseBufferSetLength(target.GetLength() + (isPlain ? static_cast<int>(valueLength) : 0));
+    return isPlain;
 }
 
-bool DecodeAsciiText(const WCHAR* pValue, size_t length, CString& text)
+std::optional<size_t> DecodeAsciiText(const WCHAR* pValue, size_t length, CString& text)
 {
     CString decoded;
     WCHAR* const pText = decoded.GetBuffer(static_cast<int>(length / 4 * 3 + 3));
     size_t i = HasVectorSteps() ? DecodeBlocks(pValue, length, pText) : 0;
     size_t count = i / 4 * 3;
-    unsigned pending = 0; // the bits read last, of which the lowest pendingBits have not become a unit yet
-    int pendingBits = 0;
-    for (int value = 0; i < length && (value = ValueOf(pValue[i])) >= 0; ++i)
+    unsigned group = 0;
+    int pendingBits = 0; // the lowest ones of the group, which have not become a unit yet
+    for (unsigned value = 0; i < length && (value = ValueOf(pValue[i])) != Foreign; ++i)
     {
-        pending = pending << 6 | static_cast<unsigned>(value);
+        group = group << 6 | value;
         pendingBits += 6;
         if (pendingBits < 8)
             continue;
         pendingBits -= 8;
-        const unsigned byte = pending >> pendingBits & 0xFF;
+        const unsigned byte = group >> pendingBits & 0xFF;
         if (!IsPlain(byte))
-            return false;
+            return std::nullopt;
         pText[count++] = static_cast<WCHAR>(byte);
     }
     decoded.ReleaseBufferSetLength(static_cast<int>(count));
     text = std::move(decoded);
-    return true;
+    return i;
 }

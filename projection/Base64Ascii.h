@@ -3,9 +3,12 @@
 /// Whatever else a text holds is left to the plain form in Base64.cpp.
 #include "platform/mfc/atlstr.h"
 
-/// Sets value to the base64 text of length units. False if one of them is not ASCII or NUL; value is then unchanged.
-bool EncodeAsciiText(const WCHAR* pText, size_t length, CString& value);
+#include <optional>
 
-/// Sets text to what the base64 run at the start of pValue decodes to. False if a decoded byte is not ASCII or NUL,
-/// which may begin a tail; text is then unchanged.
-bool DecodeAsciiText(const WCHAR* pValue, size_t length, CString& text);
+/// Appends the base64 text of length units, which are none of target's. False if one of them is not ASCII or NUL;
+/// target is then unchanged.
+bool AppendAsciiValue(const WCHAR* pText, size_t length, CString& target);
+
+/// Sets text to what the base64 run at the start of length units decodes to, and returns where the run ends. None if a
+/// decoded byte is not ASCII or NUL, which may begin a tail; text is then unchanged.
+std::optional<size_t> DecodeAsciiText(const WCHAR* pValue, size_t length, CString& text);

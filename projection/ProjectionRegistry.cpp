@@ -1,7 +1,7 @@
 #include "projection/ProjectionRegistry.h"
 
-#include "platform/mfc/decimal.h"
 #include "projection/Base64.h"
+#include "projection/StoredAttribute.h"
 #include "xml/XmlDocument.h"
 
 #include <boost/make_shared.hpp>
@@ -43,13 +43,13 @@ int CProjectionRegistry::ParseXML(const WCHAR* pXml)
     while (document.FindElement(TEXT("projectionDefinition")))
     {
         const auto pDefinition = boost::make_shared<CProjectionDefinition>();
-        pDefinition->m_name = DecodeTextValue(document.GetAttribute(TEXT("name")));
-        pDefinition->m_showInLS = DecimalToInt(document.GetAttribute(TEXT("showInLS")));
-        pDefinition->m_showInCS = DecimalToInt(document.GetAttribute(TEXT("showInCS")));
-        pDefinition->m_showInEditor = DecimalToInt(document.GetAttribute(TEXT("showInEditor")));
-        pDefinition->m_layerName = DecodeTextValue(document.GetAttribute(TEXT("layerName")));
-        pDefinition->m_entityId = DecodeTextValue(document.GetAttribute(TEXT("entityId")));
-        pDefinition->m_isActive = DecimalToInt(document.GetAttribute(TEXT("isActive")));
+        pDefinition->m_name = GetTextAttribute(document, TEXT("name"));
+        pDefinition->m_showInLS = GetNumberAttribute(document, TEXT("showInLS"));
+        pDefinition->m_showInCS = GetNumberAttribute(document, TEXT("showInCS"));
+        pDefinition->m_showInEditor = GetNumberAttribute(document, TEXT("showInEditor"));
+        pDefinition->m_layerName = GetTextAttribute(document, TEXT("layerName"));
+        pDefinition->m_entityId = GetTextAttribute(document, TEXT("entityId"));
+        pDefinition->m_isActive = GetNumberAttribute(document, TEXT("isActive"));
         m_definitions.push_back(pDefinition);
     }
     return 1;

@@ -35,7 +35,7 @@ void AddLine(UIStringMap& strings, const WCHAR* pLine)
     const WCHAR* pBlank = wcschr(pLine, TEXT(' '));
     if (pBlank == nullptr || pBlank == pLine)
         return;
-    const auto id = static_cast<unsigned int>(DecimalToInt(CString(pLine, static_cast<int>(pBlank - pLine))));
+    const auto id = static_cast<unsigned int>(DecimalToInt({pLine, pBlank}));
     const auto place = strings.lower_bound(id);
     if (place == strings.end() || place->first != id)
         strings.emplace_hint(place, id, boost::make_shared<UIStringEntry>(id, pBlank + 1));

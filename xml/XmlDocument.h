@@ -6,6 +6,7 @@
 #include <cstdlib>
 #include <memory>
 #include <span>
+#include <string_view>
 
 /// Where an element lies in the text and how it links up: one record of the table. Links are table indexes, 0 for none.
 /// The bit fields are filled without a check: what is too long for one loses its high bits and touches no other field.
@@ -64,6 +65,9 @@ public:
     /// The same for the element at that table index, as long as the cursor stands on any element at all.
     CString GetAttributeAt(int position, const WCHAR* pName) const;
 
+    /// The same as it stands in m_text, with its references; good until that changes.
+    std::basic_string_view<WCHAR> GetRawAttribute(const WCHAR* pName) const;
+
     /// Index of the next element of that name behind current, or from the first child of parent on if current is 0.
     /// 0 if there is none.
     int FindSibling(int parent, int current, const WCHAR* pName) const;
@@ -111,4 +115,5 @@ private:
     const WCHAR* BuildTable();
     bool IsInUse(int index) const { return index >= 0 && index < m_usedPositions; }
     bool HasName(int index, const WCHAR* pName) const;
+    std::basic_string_view<WCHAR> GetRawAttributeAt(int position, const WCHAR* pName) const;
 };

@@ -2,6 +2,8 @@
 #include "xml/XmlPlainAttributes.h"
 #include "xml/XmlVector.h"
 
+#include <algorithm>
+
 namespace
 {
 bool EndsFoundName(WCHAR unit)
@@ -61,19 +63,30 @@ CString CXmlDocument::GetAttribute(const WCHAR* pName) const
 
 CString CXmlDocument::GetAttributeAt(int position, const WCHAR* pName) const
 {
+    const std::basic_string_view<WCHAR> raw = GetRawAttributeAt(position, pName);
+    const int length = static_cast<int>(raw.size());
+    const int first = length == 0 ? 0 : static_cast<int>(raw.data() - m_text.GetString());
+    if (HoldsUnit(m_text, first, first + length, m_text.GetLength(), TEXT('&')))
+        return DecodeEntities(raw.data(), length);
+    return CString(raw.data(), length);
+}
+
+std::basic_string_view<WCHAR> CXmlDocument::GetRawAttribute(const WCHAR* pName) const
+{
+    return GetRawAttributeAt(m_currentPos, pName);
+}
+
+std::basic_string_view<WCHAR> CXmlDocument::GetRawAttributeAt(int position, const WCHAR* pName) const
+{
     if (position == 0 || !IsInUse(position) || m_nodeType != NodeElement || pName == nullptr)
-        return CString();
+        return {};
     const WCHAR* const pText = m_text.GetString();
     const int tagName = At(position).start + 1;
     const PlainAttribute plain = FindPlainAttribute(pText, m_text.GetLength(), tagName, pName);
-    if (plain.outcome == PlainAttribute::Missing)
-        return CString();
     if (plain.outcome == PlainAttribute::Found)
-        return HoldsUnit(pText, plain.first, plain.end, m_text.GetLength(), TEXT('&'))
-                   ? DecodeEntities(pText + plain.first, plain.end - plain.first)
-                   : CString(pText + plain.first, plain.end - plain.first);
+        return {pText + plain.first, pText + plain.end};
     XmlScanner scanner{.next = tagName, .text = pText};
-    if (!ScanAttribute(scanner, pName))
-        return CString();
-    return DecodeEntities(pText + scanner.first, scanner.last - scanner.first + 1);
+    if (plain.outcome == PlainAttribute::Missing || !ScanAttribute(scanner, pName))
+        return {};
+    return {pText + scanner.first, static_cast<size_t>(std::max(scanner.last + 1 - scanner.first, 0))};
 }

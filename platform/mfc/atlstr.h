@@ -83,18 +83,11 @@ public:
     void Empty() noexcept { CStringT().Swap(*this); }
     void SetString(PCXSTR pText, int length) { CStringT(pText, length).Swap(*this); }
 
-    /// Takes room for half as much again when it grows, so that many small additions cost no more than their sum.
     void Append(PCXSTR pText, int length)
     {
-        const int oldLength = GetLength();
-        if (length > INT_MAX - oldLength)
-            throw std::bad_alloc();
-        const int newLength = oldLength + length;
-        const CStringT keep =
-            IsShared() || newLength > Data()->capacity ? *this : CStringT(); // pText may point into it
-        const int grown = newLength < INT_MAX - oldLength / 2 ? newLength + oldLength / 2 : newLength;
-        Copy(GetBuffer(newLength > Data()->capacity ? grown : newLength) + oldLength, pText, length);
-        ReleaseBufferSetLength(newLength);
+        const CStringT keep = HasRoomBehind(length) ? CStringT() : *this; // pText may point into it
+        Copy(GetBufferBehind(length), pText, length);
+        ReleaseBufferSetLength(GetLength() + length);
     }
     CStringT& operator+=(const CStringT& other)
     {
@@ -178,6 +171,16 @@ public:
         own.Swap(*this);
         return m_pText;
     }
+    /// The place behind the text, with room for that many units more; otherwise as GetBuffer. What grows takes room for
+    /// half as much again, so that many small additions cost no more than their sum.
+    PXSTR GetBufferBehind(int count)
+    {
+        const int length = GetLength();
+        if (count > INT_MAX - length)
+            throw std::bad_alloc();
+        const int spare = HasRoomBehind(count) || count > INT_MAX - length - length / 2 ? 0 : length / 2;
+        return GetBuffer(length + count + spare) + length;
+    }
     void ReleaseBufferSetLength(int length) noexcept
     {
         if (IsNil())
@@ -207,6 +210,7 @@ private:
     /// Every library has an empty text of its own, and strings pass between them: another one's has no room either.
     bool IsNil() const noexcept { return m_pText == EmptyText() || Data()->capacity == 0; }
     bool IsShared() const noexcept { return Data()->references.load(std::memory_order_acquire) != 1; }
+    bool HasRoomBehind(int count) const noexcept { return !IsShared() && count <= Data()->capacity - GetLength(); }
     static int CheckedLength(size_t length)
     {
         if (length > static_cast<size_t>(INT_MAX))

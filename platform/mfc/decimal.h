@@ -1,13 +1,27 @@
 #pragma once
-#include "platform/mfc/atlstr.h"
+#include "platform/text.h"
+
+#include <algorithm>
+#include <climits>
+#include <cstdint>
+#include <string_view>
 
 /// What _wtoi makes of the text: white space, a sign and the digits behind it; 0 without digits; the nearest int for a
-/// number out of range. Runtimes differ in what they take for white space and digits beyond ASCII, so only what they
-/// all read alike gets there; a number ends at any other unit anyway.
-inline int DecimalToInt(const CString& text)
+/// number out of range. Runtimes differ in what they take for white space and digits beyond ASCII; here a number ends
+/// at any other unit.
+inline int DecimalToInt(std::basic_string_view<WCHAR> text)
 {
-    int length = 0;
-    while (length < text.GetLength() && wcschr(TEXT(" \t\n\v\f\r+-0123456789"), text.GetAt(length)) != nullptr)
-        ++length;
-    return _wtoi(text.Left(length));
+    text.remove_prefix(std::min(text.find_first_not_of(TEXT(" \t\n\v\f\r")), text.size()));
+    const bool isNegative = text.starts_with(TEXT('-'));
+    if (isNegative || text.starts_with(TEXT('+')))
+        text.remove_prefix(1);
+    const int64_t limit = isNegative ? -int64_t{INT_MIN} : INT_MAX;
+    int64_t value = 0;
+    for (const WCHAR unit : text)
+    {
+        if (unit < TEXT('0') || unit > TEXT('9'))
+            break;
+        value = std::min(limit, value * 10 + (unit - TEXT('0')));
+    }
+    return static_cast<int>(isNegative ? -value : value);
 }

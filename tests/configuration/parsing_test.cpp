@@ -45,7 +45,7 @@ TEST(Parsing, ReadsWhatADamagedTextStillSays)
           TEXT("t<a/><storage><configuration id='QkE='/></storage>t<storage><configuration id='Qg=='/></storage>"),
           TEXT("<storage><configuration/><configuration id='!'/><configuration id='QkE!'/></storage>"),
           TEXT("<?xml version='1.0'?>\r\n<!-- a --><storage>\n\t<other id='Qg=='/>t\n\t<configuration x=\"\" "
-               "id=\"Qg&#61;=\" id='QQ=='>")
+               "id=\"Q&#103;==\" id='QQ=='>")
               TEXT("<configuration/>\n</configuration>\n<configuration id = 'QQ==' /></storage>")}}};
     for (const auto& [result, expectedIds, texts] : rows)
         for (const WCHAR* pXml : texts)

@@ -160,6 +160,27 @@ TEST(Kernel, LoneSurrogatesBecomeTheReplacementInUtf8)
     EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_INSUFFICIENT_BUFFER));
 }
 
+// ASCII is taken in blocks, up to the first other unit and as far as there is room.
+TEST(Kernel, Utf8BehindAnyAmountOfAscii)
+{
+    for (int length = 2; length < 70; ++length)
+        for (int at = 0; at <= length; ++at) // of a unit of two bytes; none in the last turn
+        {
+            WString text(static_cast<size_t>(length), TEXT('a'));
+            if (at < length)
+                text[static_cast<size_t>(at)] = 0xFC;
+            std::string bytes(200, '#');
+            const int size = WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), 200, nullptr, nullptr);
+            ASSERT_EQ(size, at < length ? length + 1 : length);
+            WString back(static_cast<size_t>(length), 0);
+            ASSERT_EQ(MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, nullptr, 0), length);
+            ASSERT_EQ(MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, back.data(), length), length);
+            ASSERT_TRUE(back == text) << length << ' ' << at;
+            ASSERT_EQ(WideCharToMultiByte(CP_UTF8, 0, text.data(), length, bytes.data(), size - 1, nullptr, nullptr),
+                      0);
+        }
+}
+
 TEST(Kernel, WideningTakesWhatFits)
 {
     WCHAR text[4];

@@ -56,6 +56,17 @@ TEST(Runtime, NumbersInText)
     }
 }
 
+// Texts are read in blocks: one may begin and end anywhere in them, and a unit may hold a byte of zero.
+TEST(Runtime, LengthWhereverATextStands)
+{
+    for (size_t first = 0; first < 40; ++first)
+        for (size_t last = first; last < 140; ++last)
+        {
+            const WString text = WString(first, 0) + WString(last - first, WCHAR{0x0100}) + WString(40, 0);
+            ASSERT_EQ(wcslen(text.data() + first), last - first);
+        }
+}
+
 // Every byte has its unit and back, the controls of 0x80 to 0x9F too: no code page comes in between.
 TEST(Runtime, BytesAndUnitsAreOneToOne)
 {

@@ -38,7 +38,7 @@ TEST(ProjectionRegistry, ReadsNumbersOfAsciiDigits)
 {
     const std::pair<int, std::vector<CString>> rows[] = {
         {0, {TEXT(""), TEXT("- 5"), TEXT("+-5"), TEXT("0x10"), TEXT("\u00A05"), TEXT("\u0665")}},
-        {1, {TEXT("01"), TEXT(" \t\n\v\f\r+1x"), TEXT("1\uFF15"), TEXT("1&#65536;2")}},
+        {1, {TEXT("01"), TEXT(" \t\n\v\f\r+1x"), TEXT("1\uFF15"), TEXT("1&#65536;2"), TEXT("&#49;")}},
         {INT_MIN, {TEXT("-2147483649")}},
         {INT_MAX, {TEXT("4294967297")}}};
     for (const auto& [number, texts] : rows)

@@ -388,10 +388,40 @@ int ConversionResult(UErrorCode status, int64_t needed, int size)
     return 0;
 }
 
+/// Takes the units that are ASCII from the start on, and returns how many. Most texts are as a whole, and then need no
+/// converter. pTo: null to count alone.
+template <typename To, typename From>
+int TakeAscii(const From* pFrom, int length, To* pTo)
+{
+    constexpr int block = 32; // units taken together, so that the compiler can do it in one go
+    int count = 0;
+    for (; count + block <= length; count += block)
+    {
+        std::make_unsigned_t<From> bits = 0;
+        for (int i = 0; i < block; ++i)
+            bits |= static_cast<std::make_unsigned_t<From>>(pFrom[count + i]);
+        if (bits > 0x7F)
+            break;
+        for (int i = 0; pTo != nullptr && i < block; ++i)
+            pTo[count + i] = static_cast<To>(pFrom[count + i]);
+    }
+    for (; count < length && static_cast<std::make_unsigned_t<From>>(pFrom[count]) <= 0x7F; ++count)
+        if (pTo != nullptr)
+            pTo[count] = static_cast<To>(pFrom[count]);
+    return count;
+}
+
 /// Windows gives C1 controls for the five bytes that Windows-1252 leaves free, as ICU does; for other code pages
 /// ICU's substitute stands.
 int FromCodePage(UINT codePage, const char* pBytes, int length, LPWSTR pText, int size)
 {
+    // Opening a converter costs more than a line of text.
+    if (codePage == CP_ACP && TakeAscii<WCHAR>(pBytes, length, nullptr) == length)
+    {
+        if (size != 0)
+            TakeAscii(pBytes, std::min(length, size), pText);
+        return ConversionResult(U_ZERO_ERROR, length, size);
+    }
     const CConverter pConverter = OpenCodePage(codePage);
     if (!pConverter)
         return ConversionResult(U_ILLEGAL_ARGUMENT_ERROR, 0, size);
@@ -399,40 +429,21 @@ int FromCodePage(UINT codePage, const char* pBytes, int length, LPWSTR pText, in
     const int needed = ucnv_toUChars(pConverter.get(), pText, size, pBytes, length, &status);
     return ConversionResult(status, needed, size);
 }
-/// How many units from the start on are ASCII. Most texts are as a whole, and then need no converter.
-template <typename Unit>
-int CountAscii(const Unit* pText, int length)
-{
-    constexpr int block = 32; // units looked at together, so that the compiler can take them in one go
-    int count = 0;
-    for (; count + block <= length; count += block)
-    {
-        unsigned bits = 0;
-        for (int i = 0; i < block; ++i)
-            bits |= static_cast<std::make_unsigned_t<Unit>>(pText[count + i]);
-        if (bits > 0x7F)
-            break;
-    }
-    while (count < length && static_cast<std::make_unsigned_t<Unit>>(pText[count]) <= 0x7F)
-        ++count;
-    return count;
-}
 
 /// Converts with UTF-8 on one side. convert: ICU's call for what stands behind the ASCII at the start.
 template <typename To, typename From, typename Convert>
 int ConvertUtf8(const From* pFrom, int length, To* pTo, int size, Convert convert)
 {
-    const int ascii = CountAscii(pFrom, length);
-    if (size != 0 && ascii > size)
-        return ConversionResult(U_BUFFER_OVERFLOW_ERROR, ascii, size);
-    if (size != 0)
-        std::copy_n(pFrom, ascii, pTo);
+    const bool counts = size == 0;
+    const int ascii = TakeAscii(pFrom, counts ? length : std::min(length, size), counts ? nullptr : pTo);
     if (ascii == length)
         return ascii;
+    if (!counts && ascii == size)
+        return ConversionResult(U_BUFFER_OVERFLOW_ERROR, ascii, size);
     UErrorCode status = U_ZERO_ERROR;
     int32_t needed = 0;
-    convert(size == 0 ? nullptr : pTo + ascii, size == 0 ? 0 : size - ascii, &needed, pFrom + ascii, length - ascii,
-            0xFFFD, nullptr, &status);
+    convert(counts ? nullptr : pTo + ascii, counts ? 0 : size - ascii, &needed, pFrom + ascii, length - ascii, 0xFFFD,
+            nullptr, &status);
     return ConversionResult(status, static_cast<int64_t>(ascii) + needed, size);
 }
 } // namespace

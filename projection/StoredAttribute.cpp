@@ -1,0 +1,26 @@
+#include "projection/StoredAttribute.h"
+
+#include "platform/mfc/decimal.h"
+#include "projection/Base64.h"
+#include "projection/Base64Ascii.h"
+#include "xml/XmlDocument.h"
+
+CString GetTextAttribute(const CXmlDocument& document, const WCHAR* pName)
+{
+    const std::basic_string_view<WCHAR> raw = document.GetRawAttribute(pName);
+    CString text;
+    // Base64 ends at the first unit that is none of its own; only if that one is an & something else may stand there.
+    const std::optional<size_t> end = DecodeAsciiText(raw.data(), raw.size(), text);
+    if (end && (*end == raw.size() || raw[*end] != TEXT('&')))
+        return text;
+    return DecodeTextValue(document.GetAttribute(pName));
+}
+
+int GetNumberAttribute(const CXmlDocument& document, const WCHAR* pName)
+{
+    const std::basic_string_view<WCHAR> raw = document.GetRawAttribute(pName);
+    if (raw.find(TEXT('&')) == raw.npos)
+        return DecimalToInt(raw);
+    const CString decoded = document.GetAttribute(pName);
+    return DecimalToInt({decoded.GetString(), static_cast<size_t>(decoded.GetLength())});
+}
