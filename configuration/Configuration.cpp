@@ -18,22 +18,23 @@ void Append(std::basic_string_view<WCHAR> text, CString& target)
 }
 } // namespace
 
-void AppendConfigurationElement(const CString& id, const CString& cfg, CString& target)
+namespace VLT
+{
+void AppendConfigurationElement(CConfiguration& configuration, CString& target)
 {
     Append(BeforeId, target);
-    AppendTextValue(id, target);
+    AppendTextValue(ConfigurationFields::Id(configuration), target);
     Append(BeforeCfg, target);
-    AppendTextValue(cfg, target);
+    AppendTextValue(ConfigurationFields::Cfg(configuration), target);
     Append(End, target);
 }
 
-size_t LengthOfConfigurationElement(const CString& id, const CString& cfg)
+size_t LengthOfConfigurationElement(CConfiguration& configuration)
 {
-    return BeforeId.size() + LengthOfAsciiValue(id) + BeforeCfg.size() + LengthOfAsciiValue(cfg) + End.size();
+    return BeforeId.size() + LengthOfAsciiValue(ConfigurationFields::Id(configuration)) + BeforeCfg.size() +
+           LengthOfAsciiValue(ConfigurationFields::Cfg(configuration)) + End.size();
 }
 
-namespace VLT
-{
 // Defined here, not in the class: the module exports each of them once, and nothing is instantiated at the caller's.
 CConfiguration::CConfiguration() = default;
 CConfiguration::CConfiguration(const CConfiguration& other) = default;
@@ -68,7 +69,7 @@ CString CConfiguration::GetCfg() const
 CString CConfiguration::GetXML()
 {
     CString element;
-    AppendConfigurationElement(m_id, m_cfg, element);
+    AppendConfigurationElement(*this, element);
     return element;
 }
 

@@ -30,7 +30,7 @@ public:
     void GetXML(WStringStream& stream);
 
 private:
-    friend class CStorage; // long texts go in and out without a copy
+    friend struct ConfigurationFields; // the module's own way to long texts, without a copy
 
     CString m_id;
     CString m_cfg;

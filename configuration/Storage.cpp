@@ -12,6 +12,36 @@
 
 namespace VLT
 {
+namespace
+{
+/// Parses a text without a copy of it. Returns the result of Parse.
+bool ParseShared(CXmlDocument& document, const CString& text)
+{
+    document.m_text = text;
+    document.m_result.Empty();
+    return document.Parse();
+}
+
+/// What ParseXML does, with a text that is none of the storage's.
+int ReplaceRecords(CStorage& storage, const CString& xml)
+{
+    storage.Clear();
+    CXmlDocument document;
+    ParseShared(document, xml); // a fault in the text is no reason to leave out what can be read
+    if (!document.FindElement(TEXT("storage")))
+        return 0;
+    document.EnterElement();
+    while (document.FindElement(TEXT("configuration")))
+    {
+        auto pConfiguration = boost::make_shared<CConfiguration>();
+        ConfigurationFields::Id(*pConfiguration) = GetTextAttribute(document, TEXT("id"));
+        ConfigurationFields::Cfg(*pConfiguration) = GetTextAttribute(document, TEXT("cfg"));
+        storage.AddConfiguration(std::move(pConfiguration));
+    }
+    return 1;
+}
+} // namespace
+
 CStorage::CStorage() = default;
 CStorage::CStorage(const CStorage& other) = default;
 CStorage::~CStorage() = default;
@@ -40,35 +70,20 @@ CString CStorage::GetXML()
     size_t length = wcslen(TEXT("<storage></storage>"));
     for (const auto& pConfiguration : m_configurationVector)
         if (pConfiguration)
-            length += LengthOfConfigurationElement(pConfiguration->m_id, pConfiguration->m_cfg);
+            length += LengthOfConfigurationElement(*pConfiguration);
     CString text;
     text.GetBufferBehind(static_cast<int>(std::min<size_t>(length, INT_MAX)));
     text += TEXT("<storage>");
     for (const auto& pConfiguration : m_configurationVector)
         if (pConfiguration)
-            AppendConfigurationElement(pConfiguration->m_id, pConfiguration->m_cfg, text);
+            AppendConfigurationElement(*pConfiguration, text);
     text += TEXT("</storage>");
     return text;
 }
 
 int CStorage::ParseXML(const WCHAR* pXml)
 {
-    // Empty from here on, but released at the end: the text may stand in a key of the map.
-    const auto earlierRecords = std::exchange(m_configurationVector, {});
-    const auto earlierMap = std::exchange(m_configurationMapById, {});
-    CXmlDocument document;
-    document.SetText(pXml); // a fault in the text is no reason to leave out what can be read
-    if (!document.FindElement(TEXT("storage")))
-        return 0;
-    document.EnterElement();
-    while (document.FindElement(TEXT("configuration")))
-    {
-        const auto pConfiguration = boost::make_shared<CConfiguration>();
-        pConfiguration->m_id = GetTextAttribute(document, TEXT("id"));
-        pConfiguration->m_cfg = GetTextAttribute(document, TEXT("cfg"));
-        AddConfiguration(pConfiguration);
-    }
-    return 1;
+    return ReplaceRecords(*this, pXml); // a copy of it, since it may stand in a key of the map
 }
 
 std::vector<boost::shared_ptr<CConfiguration>>* CStorage::GetConfigurationVector()
@@ -92,7 +107,8 @@ void CStorage::AddConfiguration(boost::shared_ptr<CConfiguration> pConfiguration
     if (!pConfiguration)
         return;
     m_configurationVector.push_back(pConfiguration);
-    m_configurationMapById.try_emplace(pConfiguration->GetId(), pConfiguration);
+    const CString& id = ConfigurationFields::Id(*pConfiguration);
+    m_configurationMapById.try_emplace(id, std::move(pConfiguration));
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the exported signature
@@ -117,14 +133,13 @@ int CStorage::Load(const WCHAR* pPath)
     CXmlDocument document;
     if (!ReadTextFile(CString(pPath), document.m_text, &document.m_result) || !document.Parse())
         return 0;
-    const CString text = document.m_text;
-    return ParseXML(text);
+    return ReplaceRecords(*this, document.m_text);
 }
 
 int CStorage::Save(const WCHAR* pPath)
 {
     CXmlDocument document;
-    if (!document.SetText(GetXML()))
+    if (!ParseShared(document, GetXML()))
         return 0;
     return WriteTextFile(CString(pPath), document.m_text, &document.m_result) ? 1 : 0;
 }

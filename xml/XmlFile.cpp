@@ -42,6 +42,30 @@ bool ReadBytes(FILE* pFile, char* pBytes, int size, CString* pResult)
         Report(pResult, TEXT("File ended before its size was read"));
     return false;
 }
+
+/// The text in UTF-8; null for the empty text and, with size 0 too, for one that needs 2^31 bytes or more.
+std::unique_ptr<char[]> ConvertToUtf8(const CString& text, int& size)
+{
+    const int length = text.GetLength();
+    const auto convert = [&](char* pBytes, int room)
+    { return ::WideCharToMultiByte(CP_UTF8, 0, text, length, pBytes, room, nullptr, nullptr); };
+    if (length == 0)
+        return nullptr;
+    // ASCII, which nearly all texts are, needs a byte for each unit: then nothing is counted ahead.
+    auto pBytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(length));
+    size = convert(pBytes.get(), length);
+    if (size == length)
+        return pBytes;
+    size = convert(nullptr, 0);
+    if (size < length) // a count that went past 31 bits
+    {
+        size = 0;
+        return nullptr;
+    }
+    pBytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(size));
+    convert(pBytes.get(), size);
+    return pBytes;
+}
 } // namespace
 
 bool ReadTextFile(const WCHAR* pPath, CString& text, CString* pResult)
@@ -84,9 +108,9 @@ bool ReadTextFile(const WCHAR* pPath, CString& text, CString* pResult)
 bool WriteTextFile(const WCHAR* pPath, const CString& text, CString* pResult)
 {
     const int length = text.GetLength();
-    const int size = length == 0 ? 0 : ::WideCharToMultiByte(CP_UTF8, 0, text, length, nullptr, 0, nullptr, nullptr);
-    // Every unit needs a byte at least. A lower count is one that went past 31 bits.
-    if (size < length)
+    int size = 0;
+    const std::unique_ptr<char[]> pBytes = ConvertToUtf8(text, size);
+    if (length != 0 && !pBytes)
     {
         Report(pResult, TEXT("Text of 2147483648 bytes or more"));
         return false;
@@ -100,15 +124,10 @@ bool WriteTextFile(const WCHAR* pPath, const CString& text, CString* pResult)
     }
     // Unbuffered, so that a full disk shows in fwrite and not only when the file closes.
     std::setvbuf(pFile.get(), nullptr, _IONBF, 0);
-    if (size != 0)
+    if (size != 0 && std::fwrite(pBytes.get(), static_cast<size_t>(size), 1, pFile.get()) != 1)
     {
-        const auto pBytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(size));
-        ::WideCharToMultiByte(CP_UTF8, 0, text, length, pBytes.get(), size, nullptr, nullptr);
-        if (std::fwrite(pBytes.get(), static_cast<size_t>(size), 1, pFile.get()) != 1)
-        {
-            Report(pResult, std::strerror(errno));
-            return false;
-        }
+        Report(pResult, std::strerror(errno));
+        return false;
     }
     if (pResult != nullptr)
         pResult->Format(TEXT("%d wide chars to %s%d bytes"), length, TEXT(""), size);

@@ -142,6 +142,6 @@ TEST_F(Guarded, TheCodec)
                                 static_cast<size_t>(part.GetLength()), ascii);
             }
             CString ascii;
-            EncodeAsciiText(m_room.Put(text.c_str(), length), length, ascii);
+            AppendAsciiValue(m_room.Put(text.c_str(), length), length, ascii);
         }
 }

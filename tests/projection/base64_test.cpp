@@ -127,9 +127,15 @@ TEST(Base64, AsciiTextsAreCodedAsTheirBytesAre)
             }
         for (size_t i = 0; i < length; ++i)
         {
-            WString latin = text;
-            latin[i] = 0xFC;
-            EXPECT_TRUE(DecodeTextValue(EncodeTextValue(latin.c_str())) == latin.c_str()) << bytes << i;
+            for (const WCHAR foreign : {WCHAR{0xFC}, WCHAR{0x0141}, WCHAR{0x8041}})
+            {
+                WString other = text;
+                other[i] = foreign;
+                EXPECT_TRUE(DecodeTextValue(EncodeTextValue(other.c_str())) == other.c_str()) << bytes << i;
+            }
+            bytes[i] = 0;
+            EXPECT_TRUE(DecodeTextValue(ValueOf(bytes)) == text.substr(0, i).c_str()) << bytes << i;
+            bytes[i] = static_cast<char>(text[i]);
         }
     }
 }

@@ -438,8 +438,6 @@ int ConvertUtf8(const From* pFrom, int length, To* pTo, int size, Convert conver
     const int ascii = TakeAscii(pFrom, counts ? length : std::min(length, size), counts ? nullptr : pTo);
     if (ascii == length)
         return ascii;
-    if (!counts && ascii == size)
-        return ConversionResult(U_BUFFER_OVERFLOW_ERROR, ascii, size);
     UErrorCode status = U_ZERO_ERROR;
     int32_t needed = 0;
     convert(counts ? nullptr : pTo + ascii, counts ? 0 : size - ascii, &needed, pFrom + ascii, length - ascii, 0xFFFD,

@@ -44,7 +44,10 @@ size_t wcslen(const WCHAR* pText)
 
 int wcscmp(const WCHAR* pLeft, const WCHAR* pRight)
 {
-    return wcsncmp(pLeft, pRight, std::numeric_limits<size_t>::max());
+    for (; *pLeft == *pRight; ++pLeft, ++pRight)
+        if (*pLeft == 0)
+            return 0;
+    return *pLeft < *pRight ? -1 : 1;
 }
 
 int wcsncmp(const WCHAR* pLeft, const WCHAR* pRight, size_t count)
