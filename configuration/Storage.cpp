@@ -22,6 +22,45 @@ bool ParseShared(CXmlDocument& document, const CString& text)
     return document.Parse();
 }
 
+/// Records with the first four units of their identifiers, which nearly always tell the order.
+class CRecordOrder
+{
+public:
+    void Add(const CString& id)
+    {
+        uint64_t head = 0;
+        for (int i = 0; i < 4; ++i)
+            head = head << 16 | (i < id.GetLength() ? id.GetAt(i) : WCHAR{0});
+        m_entries.push_back({head, m_entries.size()});
+    }
+    /// Enters the records in the empty map, each at its end: to go down from the root for each takes as long, with many
+    /// records, as all the rest.
+    void Fill(CStorage& storage)
+    {
+        const auto& records = *storage.GetConfigurationVector();
+        const auto idOf = [&](size_t index) -> const CString& { return ConfigurationFields::Id(*records[index]); };
+        std::sort(m_entries.begin(), m_entries.end(),
+                  [&](const Entry& left, const Entry& right)
+                  {
+                      if (left.head != right.head)
+                          return left.head < right.head;
+                      const int order = idOf(left.index).Compare(idOf(right.index));
+                      return order != 0 ? order < 0 : left.index < right.index;
+                  });
+        auto& map = *storage.GetConfigurationMapById();
+        for (const Entry& entry : m_entries)
+            map.try_emplace(map.end(), idOf(entry.index), records[entry.index]);
+    }
+
+private:
+    struct Entry
+    {
+        uint64_t head;
+        size_t index;
+    };
+    std::vector<Entry> m_entries;
+};
+
 /// What ParseXML does, with a text that is none of the storage's.
 int ReplaceRecords(CStorage& storage, const CString& xml)
 {
@@ -31,13 +70,16 @@ int ReplaceRecords(CStorage& storage, const CString& xml)
     if (!document.FindElement(TEXT("storage")))
         return 0;
     document.EnterElement();
+    CRecordOrder order;
     while (document.FindElement(TEXT("configuration")))
     {
         auto pConfiguration = boost::make_shared<CConfiguration>();
         ConfigurationFields::Id(*pConfiguration) = GetTextAttribute(document, TEXT("id"));
         ConfigurationFields::Cfg(*pConfiguration) = GetTextAttribute(document, TEXT("cfg"));
-        storage.AddConfiguration(std::move(pConfiguration));
+        order.Add(ConfigurationFields::Id(*pConfiguration));
+        storage.GetConfigurationVector()->push_back(std::move(pConfiguration));
     }
+    order.Fill(storage);
     return 1;
 }
 } // namespace

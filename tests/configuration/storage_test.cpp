@@ -57,6 +57,16 @@ TEST(Storage, WritesTheVectorInOneLineAndReadsItBack)
 
     EXPECT_EQ(storage.ParseXML(MakeStorage().GetXML()), 1);
     EXPECT_EQ(ContentOf(storage), TEXT("b=1,a=1,b=2,|a=1,b=1,"));
+    CStorage many; // reading enters them in the order of their keys, adding one by one
+    for (unsigned i = 0, random = 7; i < 500; ++i, random = random * 1664525 + 1013904223)
+    {
+        CString id, cfg;
+        id.Format(TEXT("%s%x"), TEXT("\u00E4aaaaa") + (random >> 20) % 6, random >> 28);
+        cfg.Format(TEXT("%u"), i);
+        many.AddConfiguration(Record(id, cfg));
+    }
+    EXPECT_EQ(storage.ParseXML(many.GetXML()), 1);
+    EXPECT_EQ(ContentOf(storage), ContentOf(many));
     storage.GetConfigurationMapById()->try_emplace(TEXT("<storage/>"), Record(TEXT(""), TEXT("")));
     EXPECT_EQ(storage.ParseXML(storage.GetConfigurationMapById()->begin()->first),
               1); // the text is part of the content
