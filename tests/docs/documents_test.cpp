@@ -1,9 +1,11 @@
 // The documents' examples are true: code is what is compiled, and texts are what the module reads and writes.
 #include "configuration/Storage.h"
+#include "projection/Base64.h"
+#include "projection/ProjectionRegistry.h"
+#include "tests/uistrings/test_files.h"
+#include "uistrings/UIStrings.h"
 
-#include <gtest/gtest.h>
-
-#include <fstream>
+#include <regex>
 #include <sstream>
 
 namespace
@@ -28,6 +30,14 @@ std::vector<std::string> BlocksOf(const std::string& document, const std::string
     }
     return blocks;
 }
+
+CString Wide(const std::string& utf8)
+{
+    WString text(utf8.size(), WCHAR{0});
+    ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), text.data(),
+                          static_cast<int>(text.size()));
+    return text.c_str();
+}
 } // namespace
 
 TEST(Documents, GuideShowsTheCodeThatIsCompiled)
@@ -39,15 +49,52 @@ TEST(Documents, GuideShowsTheCodeThatIsCompiled)
         EXPECT_NE(compiled.find(block), std::string::npos) << block;
 }
 
-TEST(Documents, StorageExampleComesBackByteForByte)
+TEST(Documents, XmlExamplesComeBackByteForByte)
 {
     const auto blocks = BlocksOf(ReadSource("docs/formats.md"), "xml");
     ASSERT_EQ(blocks.size(), 2u);
-    const std::string line = blocks[0].substr(0, blocks[0].size() - 1);
     VLT::CStorage storage;
-    ASSERT_EQ(storage.ParseXML(WString(line.begin(), line.end()).c_str()), 1);
-    EXPECT_TRUE(storage.GetXML() == WString(line.begin(), line.end()).c_str());
-    const auto pRecord = storage.GetConfigurationById(TEXT("PRJ_REGISTRY"));
+    ASSERT_EQ(storage.ParseXML(Wide(blocks[0])), 1);
+    EXPECT_EQ(storage.GetXML() + TEXT("\n"), Wide(blocks[0]));
+    const auto pRecord = storage.GetConfigurationById(CProjectionRegistry::GetConfigurationId());
     ASSERT_TRUE(pRecord);
-    EXPECT_TRUE(pRecord->GetCfg() == TEXT("<projectionRegistry></projectionRegistry>"));
+    CProjectionRegistry registry;
+    EXPECT_EQ(registry.ParseXML(pRecord->GetCfg()), 1);
+    EXPECT_EQ(registry.GetXML(), pRecord->GetCfg());
+
+    ASSERT_EQ(registry.ParseXML(Wide(blocks[1])), 1);
+    EXPECT_EQ(registry.GetXML() + TEXT("\n"), Wide(blocks[1]));
+    ASSERT_EQ(registry.m_definitions.size(), 1u);
+    EXPECT_EQ(registry.m_definitions[0]->m_name, TEXT("Pipe"));
+}
+
+TEST(Documents, Base64ExamplesAreWhatIsStored)
+{
+    const std::string document = ReadSource("docs/formats.md");
+    const std::regex row(R"(\n\| `([^`]*)` \| `([^`]*)` \| `([^`]*)` \|)");
+    int rows = 0;
+    for (std::sregex_iterator match(document.begin(), document.end(), row), end; match != end; ++match, ++rows)
+    {
+        const CString text = Wide((*match)[1]);
+        const CString stored = Wide((*match)[2]);
+        EXPECT_EQ(EncodeTextValue(text), stored) << match->str();
+        EXPECT_EQ(DecodeTextValue(stored), text) << match->str();
+        const std::string head = Base64DecodeBytes((*match)[2]).c_str(); // a C text ends at the first NUL
+        EXPECT_EQ(DecodeTextValue(Wide(Base64EncodeBytes(head.data(), static_cast<uint32_t>(head.size())))),
+                  Wide((*match)[3]));
+    }
+    EXPECT_EQ(rows, 2);
+}
+
+TEST(Documents, StringFileExampleIsRead)
+{
+    const auto blocks = BlocksOf(ReadSource("docs/formats.md"), "text");
+    ASSERT_EQ(blocks.size(), 1u);
+    const CTestFile file(blocks[0]);
+    CUIStrings* pStrings = CUIStrings::Instance(); // the first call sets the language
+    CUIStrings::LoadFile(TEXT("document"), file.GetPath());
+    CUIStrings::m_currentLanguage = TEXT("document");
+    for (const auto& [id, pText] :
+         {std::pair(0, TEXT("note")), {2, TEXT("Projection")}, {3, TEXT("Layer")}, {4, TEXT("Entity, or group")}})
+        EXPECT_EQ(pStrings->GetString(id), pText) << id;
 }
