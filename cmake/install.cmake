@@ -1,4 +1,4 @@
-# What a plug-in author gets: headers, libraries and a CMake package (cmake --install, or a zip from the target package).
+# What a plug-in author gets: headers, libraries and a CMake package (cmake --install, or a zip from cpack).
 set(include_dir include/VeltranoCommands)
 set(package_dir lib/cmake/VeltranoCommands)
 
@@ -46,11 +46,21 @@ foreach(file ${boost_files})
     install(FILES ${file} DESTINATION ${include_dir}/${folder} COMPONENT sdk)
 endforeach()
 
+# The licences of what the package holds of others, where Debian keeps them.
+function(install_licence file name component)
+    install(FILES ${file} DESTINATION share/VeltranoCommands/licences RENAME ${name}.txt COMPONENT ${component})
+endfunction()
+file(GLOB boost_licence /usr/share/doc/libboost1.*-dev/copyright)
+install_licence(${boost_licence} boost sdk)
+
 set(libraries VeltranoCommands platform_host veltrano_sdk)
 if(WIN32)
     install(FILES ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/libstdc++-6.dll ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/libgcc_s_seh-1.dll
                   ${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/libwinpthread-1.dll
             DESTINATION bin COMPONENT sdk)
+    install_licence(/usr/share/doc/gcc-mingw-w64-x86-64-posix-runtime/copyright gcc-runtime sdk)
+    install_licence(/usr/share/common-licenses/GPL-3 GPL-3 sdk) # the one before refers to it
+    install_licence(/usr/share/doc/mingw-w64-x86-64-dev/copyright mingw-w64 sdk)
 else()
     list(APPEND libraries platform_win32)
     set_target_properties(VeltranoCommands platform_host platform_win32 PROPERTIES INSTALL_RPATH $ORIGIN)
@@ -62,6 +72,7 @@ install(TARGETS ${libraries}
 if(TARGET vltconfig)
     set_target_properties(vltconfig PROPERTIES INSTALL_RPATH $ORIGIN/../lib)
     install(TARGETS vltconfig RUNTIME DESTINATION bin COMPONENT tools)
+    install_licence(/usr/share/doc/nlohmann-json3-dev/copyright nlohmann-json tools)
 endif()
 
 include(CMakePackageConfigHelpers)

@@ -1,18 +1,39 @@
 #!/usr/bin/env bash
-# Installs the package, builds the example against it as a stranger's project, and runs that twice over one file.
+# Takes the package as its users do, the zip on Windows and the install tree elsewhere; builds the example in it as a
+# stranger's project, and runs that twice over one file.
 # usage: check-package.sh BUILD-FOLDER RUNNER [CMAKE-ARGUMENT...]      RUNNER: what runs the build's programs, as env does
 set -eu -o pipefail
 source=$(cd "$(dirname "$0")/../.." && pwd)
 build=$1 runner=$2
 shift 2
-rm -rf "$build/install" "$build/plugin"
-cmake --install "$build" --prefix "$build/install" --component sdk >/dev/null
-cmake -S "$source/examples/plugin" -B "$build/plugin" -G Ninja -DCMAKE_PREFIX_PATH="$build/install" \
+fail() { echo "$1" >&2; exit 1; }
+
+package=$build/install
+rm -rf "$package" "$build/plugin"
+if [ -e "$build/bin/VeltranoCommands.dll" ]; then
+    (cd "$build" && cpack -G ZIP -B install >/dev/null)
+    (cd "$package" && cmake -E tar xf ./*.zip)
+    package=$(echo "$package"/*-win64)
+else
+    cmake --install "$build" --prefix "$package" >/dev/null
+fi
+while read -r part licence; do
+    [ ! -e "$package/$part" ] || [ -s "$package/share/VeltranoCommands/licences/$licence.txt" ] ||
+        fail "the package holds $part without its licence"
+done <<'END'
+include/VeltranoCommands/boost boost
+bin/libstdc++-6.dll gcc-runtime
+bin/libgcc_s_seh-1.dll GPL-3
+bin/libwinpthread-1.dll mingw-w64
+bin/vltconfig nlohmann-json
+bin/vltconfig.exe nlohmann-json
+END
+
+cmake -S "$package/share/VeltranoCommands/examples/plugin" -B "$build/plugin" -G Ninja -DCMAKE_PREFIX_PATH="$package" \
       -DCMAKE_CXX_FLAGS="-Wall -Wextra -Wpedantic -Werror" "$@" >/dev/null
 cmake --build "$build/plugin"
 if grep -aqr "$source/\(commands\|sdk\|platform\)" "$build/plugin/CMakeFiles/plugin.dir"; then
-    echo "the example took headers from the source tree" >&2
-    exit 1
+    fail "the example took headers from the source tree"
 fi
 
 cd "$build/plugin"
@@ -20,9 +41,9 @@ program=./plugin
 [ -e "$program" ] || program=./plugin.exe
 for run in 1 2; do
     expected="  this was run $run
-CMD_COUNT_RUNS: running
+CMD_COUNT_RUNS: has run
   completed
-CMD_DEFINE_PROJ_ENTITIES: running"
+CMD_DEFINE_PROJ_ENTITIES: has run"
     printed=$("$runner" "$program" storage.xml | tr -d '\r')
     diff <(echo "$expected") <(echo "$printed")
 done
