@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# A storage file of 100 MB, of many small records: it loads, vltconfig says what it is at, and neither takes more than
+# twelve times the file's size of memory. Address space is limited, which is more than what is resident.
+# usage: large_file_test.sh VLTCONFIG
+set -eu -o pipefail
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+cd "$folder"
+records=2700000
+{
+    printf '<storage>'
+    yes '<configuration id="QQ==" cfg="Qg==" />' | head -n $records | tr -d '\n'
+    printf '</storage>'
+} >large.xml 2>/dev/null || true # yes is cut off
+size=$(stat -c %s large.xml)
+[ "$size" -ge 100000000 ]
+ulimit -v $((12 * size / 1024))
+shown=$("$1" show large.xml 2>progress | wc -l) || { cat progress; exit 1; }
+[ "$shown" -eq $((records + 1)) ] || { echo "show printed $shown lines"; exit 1; }
+grep -q 'parsing 102 million characters' progress || { echo "no word on the progress"; exit 1; }
+# Changing goes through CStorage::Load.
+"$1" remove large.xml unknown 2>message && exit 1
+grep -q "holds no record 'unknown'" message || { cat message; exit 1; }
