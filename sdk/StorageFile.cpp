@@ -9,14 +9,38 @@ namespace
 constexpr int s_attempts = 100;
 constexpr DWORD s_pause = 50; // milliseconds: five seconds in all
 
-/// Closes its handle.
+bool IsFileInUse(DWORD error)
+{
+    return error == ERROR_LOCK_VIOLATION || error == ERROR_SHARING_VIOLATION;
+}
+
+/// Tries until it is done, fails for another reason than that somebody else uses the file, or the time is over. False
+/// then, with GetLastError telling why.
+template <typename Attempt>
+bool WaitFor(Attempt attempt, bool (*isInUse)(DWORD) = IsFileInUse)
+{
+    for (int i = 1; !attempt(); ++i)
+    {
+        if (!isInUse(::GetLastError()) || i == s_attempts)
+            return false;
+        ::Sleep(s_pause);
+    }
+    return true;
+}
+
+/// A file that others may read and write meanwhile; closed with the object.
 class CFileHandle
 {
 public:
     CFileHandle(const CString& path, DWORD access, DWORD disposition)
-        : m_handle(::CreateFileW(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
-                                 FILE_ATTRIBUTE_NORMAL, nullptr))
     {
+        WaitFor(
+            [&]
+            {
+                m_handle = ::CreateFileW(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
+                                         FILE_ATTRIBUTE_NORMAL, nullptr);
+                return IsOpen();
+            });
     }
     ~CFileHandle()
     {
@@ -30,7 +54,7 @@ public:
     HANDLE Get() const { return m_handle; }
 
 private:
-    HANDLE m_handle;
+    HANDLE m_handle = INVALID_HANDLE_VALUE;
 };
 
 CString SystemText(DWORD code)
@@ -50,22 +74,10 @@ bool Exists(const CString& path)
     return ::GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
 }
 
-/// Tries until it is done, fails for another reason than that somebody else uses the file, or the time is over. False
-/// then, with GetLastError telling why.
-template <typename Attempt>
-bool WaitFor(Attempt attempt)
+bool IsFolder(const CString& path)
 {
-    for (int i = 1; !attempt(); ++i)
-    {
-        const DWORD error = ::GetLastError();
-        // A file that somebody reads refuses to be replaced with one of the last two.
-        const bool isInUse =
-            error == ERROR_LOCK_VIOLATION || error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED;
-        if (!isInUse || i == s_attempts)
-            return false;
-        ::Sleep(s_pause);
-    }
-    return true;
+    const DWORD attributes = ::GetFileAttributesW(path);
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 bool Lock(const CFileHandle& file)
@@ -74,10 +86,29 @@ bool Lock(const CFileHandle& file)
     return ::LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &range) != FALSE;
 }
 
+bool Copy(const CString& from, const CString& to)
+{
+    return WaitFor([&] { return ::CopyFileW(from, to, FALSE) != FALSE; });
+}
+
+bool Flush(const CString& path)
+{
+    const CFileHandle file(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
+    return file.IsOpen() && ::FlushFileBuffers(file.Get());
+}
+
 /// Gives the file the other's name, in the place of the file that has it.
 bool Replace(const CString& from, const CString& to)
 {
-    return ::MoveFileExW(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+    // A file that somebody reads refuses to be replaced with this error for a moment, a folder for ever.
+    const auto isInUse = [](DWORD error) { return IsFileInUse(error) || error == ERROR_ACCESS_DENIED; };
+    const auto move = [&] { return ::MoveFileExW(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0; };
+    return IsFolder(to) ? move() : WaitFor(move, isInUse);
+}
+
+void Remove(const CString& path)
+{
+    WaitFor([&] { return ::DeleteFileW(path) != FALSE; });
 }
 } // namespace
 
@@ -100,24 +131,7 @@ CStorageFile::CStorageFile(const WCHAR* pPath) : m_path(pPath)
 
 bool CStorageFile::Read(CStorage& storage)
 {
-    m_errorText.Empty();
-    // Stays open while the text is read: Windows does not let a file that is open be replaced.
-    const CFileHandle file(m_path, GENERIC_READ, OPEN_EXISTING);
-    const DWORD error = file.IsOpen() ? ERROR_SUCCESS : ::GetLastError();
-    if (error == ERROR_FILE_NOT_FOUND)
-    {
-        storage.Clear();
-        return true;
-    }
-    if (error != ERROR_SUCCESS)
-        return Fail(m_path, TEXT("cannot be opened"), error);
-    if (storage.Load(m_path) != 0)
-        return true;
-    m_errorText.Format(
-        TEXT("%s: holds no readable <storage> text and is left as it is. 'vltconfig check' names the fault; ")
-            TEXT("a good copy may stand in %s.bak."),
-        m_path.GetString(), m_path.GetString());
-    return false;
+    return Load(storage, GENERIC_READ);
 }
 
 bool CStorageFile::Update(const std::function<bool(CStorage&)>& change)
@@ -131,9 +145,21 @@ bool CStorageFile::Update(const std::function<bool(CStorage&)>& change)
         return Fail(m_path, TEXT("is in use by another program; try again"), ::GetLastError());
 
     CStorage storage;
-    if (!Read(storage) || !change(storage))
+    // Opened for writing, since a file that is protected from it could still be replaced.
+    if (!Load(storage, GENERIC_READ | GENERIC_WRITE) || !change(storage))
         return false;
-    return Write(storage);
+    const CString newPath = m_path + TEXT(".new");
+    if (!Save(storage, newPath, OPEN_ALWAYS))
+        return false;
+    if (!KeepBackup())
+    {
+        Remove(newPath);
+        return false;
+    }
+    if (!Replace(newPath, m_path))
+        return Fail(m_path, TEXT("cannot be replaced; the new content stands in the .new file beside it"),
+                    ::GetLastError());
+    return true;
 }
 
 CString CStorageFile::SaveBeside(const WCHAR* pId, const WCHAR* pCfg)
@@ -142,12 +168,13 @@ CString CStorageFile::SaveBeside(const WCHAR* pId, const WCHAR* pCfg)
     SetConfigurationText(storage, pId, pCfg);
     CString path;
     int number = 0;
+    bool isSaved = false;
     do
+    {
         path.Format(TEXT("%s.unsaved-%d"), m_path.GetString(), ++number);
-    while (Exists(path));
-    if (storage.Save(path) == 0)
-        path.Empty();
-    return path;
+        isSaved = Save(storage, path, CREATE_NEW); // another program may want the same number at the same time
+    } while (!isSaved && Exists(path));
+    return isSaved ? path : CString();
 }
 
 bool CStorageFile::Fail(const CString& path, const WCHAR* pWhat, unsigned int systemError)
@@ -157,32 +184,43 @@ bool CStorageFile::Fail(const CString& path, const WCHAR* pWhat, unsigned int sy
     return false;
 }
 
-bool CStorageFile::Write(CStorage& storage)
+bool CStorageFile::Load(CStorage& storage, unsigned int access)
 {
-    const CString newPath = m_path + TEXT(".new");
-    if (storage.Save(newPath) == 0)
+    m_errorText.Empty();
+    // Stays open while the text is read: Windows does not let a file that is open be replaced.
+    const CFileHandle file(m_path, access, OPEN_EXISTING);
+    const DWORD error = file.IsOpen() ? ERROR_SUCCESS : ::GetLastError();
+    if (error == ERROR_FILE_NOT_FOUND)
     {
-        const DWORD error = Exists(newPath) ? ERROR_DISK_FULL : ERROR_ACCESS_DENIED;
-        ::DeleteFileW(newPath);
-        return Fail(newPath, TEXT("cannot be written; the storage is as it was"), error);
+        storage.Clear();
+        return true;
     }
-    if (!Flush(newPath) || !KeepBackup())
-    {
-        ::DeleteFileW(newPath);
-        return false;
-    }
-    if (!WaitFor([&] { return Replace(newPath, m_path); }))
-        return Fail(m_path, TEXT("cannot be replaced; the new content stands in the .new file beside it"),
-                    ::GetLastError());
-    return true;
+    if (error != ERROR_SUCCESS)
+        return Fail(m_path, access == GENERIC_READ ? TEXT("cannot be opened") : TEXT("cannot be opened for writing"),
+                    error);
+    if (storage.Load(m_path) != 0)
+        return true;
+    m_errorText.Format(
+        TEXT("%s: holds no readable <storage> text and is left as it is. 'vltconfig check' names the fault; ")
+            TEXT("a good copy may stand in %s.bak."),
+        m_path.GetString(), m_path.GetString());
+    return false;
 }
 
-bool CStorageFile::Flush(const CString& path)
+bool CStorageFile::Save(CStorage& storage, const CString& path, unsigned int disposition)
 {
-    const CFileHandle file(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
-    if (!file.IsOpen() || !::FlushFileBuffers(file.Get()))
-        return Fail(path, TEXT("cannot be flushed to the disk; the storage is as it was"), ::GetLastError());
-    return true;
+    {
+        // Held open while the module writes it: opening tells why a file cannot be written, and flushing takes a
+        // handle.
+        const CFileHandle file(path, GENERIC_READ | GENERIC_WRITE, disposition);
+        if (!file.IsOpen())
+            return Fail(path, TEXT("cannot be written; the storage is as it was"), ::GetLastError());
+        if (storage.Save(path) != 0 && ::FlushFileBuffers(file.Get()))
+            return true;
+    }
+    m_errorText = path + TEXT(": cannot be written whole, the disk may be full; the storage is as it was");
+    Remove(path);
+    return false;
 }
 
 bool CStorageFile::KeepBackup()
@@ -192,12 +230,10 @@ bool CStorageFile::KeepBackup()
     // The copy gets its name only when it is whole, so that the backup, too, is always a complete generation.
     const CString backup = m_path + TEXT(".bak");
     const CString copy = backup + TEXT(".new");
-    if (!::CopyFileW(m_path, copy, FALSE))
-        return Fail(copy, TEXT("cannot be written; the storage is as it was"), ::GetLastError());
-    if (!Flush(copy))
-        return false;
-    if (!WaitFor([&] { return Replace(copy, backup); }))
-        return Fail(backup, TEXT("cannot be replaced; the storage is as it was"), ::GetLastError());
-    return true;
+    if (Copy(m_path, copy) && Flush(copy) && Replace(copy, backup))
+        return true;
+    Fail(backup, TEXT("cannot be written; the storage is as it was"), ::GetLastError());
+    Remove(copy);
+    return false;
 }
 } // namespace VLT

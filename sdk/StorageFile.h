@@ -13,6 +13,9 @@ void SetConfigurationText(CStorage& storage, const WCHAR* pId, const WCHAR* pCfg
 /// Update writes FILE.new and flushes it to disk, keeps the present content as FILE.bak, and renames FILE.new to FILE,
 /// so that whoever reads the file, or finds it after a crash, sees the old content or the new. FILE.lock, which stays,
 /// keeps a second program out from the reading to the renaming.
+///
+/// A file that another program has open without sharing it, as a virus scanner does for a moment, is tried again for
+/// five seconds, and so is the lock; an operation takes that long at each file that stays in use.
 class CStorageFile
 {
 public:
@@ -25,7 +28,7 @@ public:
 
     /// Reads the file, lets change work on it, and writes the result unless change gives false. All of it under the
     /// lock. False, with the file as it was: the file cannot be read, change gave false (the text is then what it set
-    /// with SetErrorText), the disk is full, another program holds the lock for more than five seconds.
+    /// with SetErrorText), it is protected from writing, the disk is full, another program keeps a file in use.
     bool Update(const std::function<bool(CStorage&)>& change);
 
     /// Puts one record into a file of its own beside this one, FILE.unsaved-1 or the next free number: for a text that
@@ -39,8 +42,8 @@ public:
 
 private:
     bool Fail(const CString& path, const WCHAR* pWhat, unsigned int systemError);
-    bool Write(CStorage& storage);
-    bool Flush(const CString& path);
+    bool Load(CStorage& storage, unsigned int access);
+    bool Save(CStorage& storage, const CString& path, unsigned int disposition);
     bool KeepBackup();
 
     CString m_path;

@@ -34,8 +34,8 @@ protected:
 
     const CTestFolder m_folder;
     const WString m_path = m_folder.Path(TEXT("storage.xml"));
-    WString m_report; ///< the last one
-    const VLT::CFileConfigurationHandler::Report m_reporter = [this](const CString& text) { m_report = text; };
+    WString m_report; ///< all of them
+    const VLT::CFileConfigurationHandler::Report m_reporter = [this](const CString& text) { m_report += text; };
     VLT::CFileConfigurationHandler m_handler{m_path.c_str(), m_reporter};
     VLT::CFileConfigurationHandler m_other{m_path.c_str(), m_reporter};
 };
@@ -119,12 +119,49 @@ TEST_F(Handler, NeverWritesOverAFileThatItCannotRead)
         EXPECT_TRUE(HasReported(m_path.c_str()));
         EXPECT_EQ(BytesOf(m_folder.m_path / "storage.xml"), pRow);
     }
-    std::filesystem::remove(m_folder.m_path / "storage.xml");
-    std::filesystem::create_directory(m_folder.m_path / "storage.xml");
-    EXPECT_EQ(m_handler.OpenStorage(), 0);
-    VLT::CFileConfigurationHandler nowhere(m_folder.Path(TEXT("missing\\storage.xml")).c_str(), m_reporter);
-    EXPECT_EQ(nowhere.OpenStorage(), 0);
-    EXPECT_TRUE(HasReported(TEXT("cannot be opened")));
+}
+
+// Whatever stands in the way, the report names it, the file stays, and nothing half-written is left.
+TEST_F(Handler, ReportsWhatStandsInTheWay)
+{
+    const WString name = TEXT("storage.xml");
+    const WString deep(100, TEXT('d'));
+    const struct
+    {
+        WString name;
+        WString folder; ///< there beforehand
+        WString report; ///< empty: saving succeeds
+    } rows[] = {{name, name, TEXT("storage.xml: cannot be opened (error 5")},
+                {TEXT("missing/storage.xml"), TEXT(""), TEXT("storage.xml: cannot be opened (error 3")},
+                {name, name + TEXT(".lock"), TEXT("storage.xml.lock: cannot be made")},
+                {name, name + TEXT(".new"), TEXT("storage.xml.new: cannot be written")},
+                {name, name + TEXT(".bak"), TEXT("storage.xml.bak: cannot be written")},
+                {name, name + TEXT(".bak.new"), TEXT("storage.xml.bak: cannot be written")},
+                {TEXT("P\u0159\u00EDli\u0161 \xD83D\xDE00.xml"), TEXT(""), TEXT("")},
+                {deep + TEXT("/") + WString(200, TEXT('n')), deep, TEXT("")}};
+    const char* const before = "<storage></storage>";
+    for (const auto& row : rows)
+    {
+        SCOPED_TRACE(testing::PrintToString(row.name + TEXT(" ") + row.folder));
+        const CTestFolder folder;
+        const WString path = folder.Path(row.name);
+        if (!row.folder.empty())
+            std::filesystem::create_directories(folder.m_path / row.folder);
+        folder.Write(u"storage.xml", before); // does nothing where the folder stands
+        m_report.clear();
+        VLT::CFileConfigurationHandler handler(path.c_str(), m_reporter);
+        handler.OpenStorage();
+        EXPECT_EQ(handler.SaveConfiguration(TEXT("A"), TEXT("after")), row.report.empty());
+        EXPECT_TRUE(HasReported(row.report.c_str()));
+        if (row.folder != name)
+        {
+            EXPECT_EQ(BytesOf(folder.m_path / "storage.xml"), before);
+        }
+        for (const auto& entry : std::filesystem::directory_iterator(folder.m_path))
+            EXPECT_FALSE(entry.is_regular_file() && entry.path().extension() == ".new") << entry.path();
+        VLT::CStorage storage;
+        EXPECT_EQ(storage.Load(path.c_str()) && storage.GetConfigurationById(TEXT("A")), row.report.empty());
+    }
 }
 
 TEST_F(Handler, KeepsWhatAnotherProgramHasStored)
@@ -179,23 +216,35 @@ TEST_F(Handler, WaitsForTheLockAndGivesUpWithAReport)
     EXPECT_EQ(TextIn(TEXT("storage.xml"), TEXT("B")), TEXT("z"));
 }
 
-// Who reads the file keeps it open for a moment; Windows does not let it be replaced meanwhile.
-TEST_F(Handler, SavesWhileAnotherProgramReadsTheFile)
+// An indexer or virus scanner has a file open for a moment: Windows lets nobody replace it, or even read it.
+TEST_F(Handler, WaitsWhileAnotherProgramHasAFileOpen)
 {
     m_handler.OpenStorage();
     m_handler.SaveConfiguration(TEXT("A"), TEXT("1"));
-    const HANDLE reader = ::CreateFileW(m_path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                        OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
-    ASSERT_NE(reader, INVALID_HANDLE_VALUE);
-    std::thread closing(
-        [&]
-        {
-            ::Sleep(300);
-            ::CloseHandle(reader);
-        });
-    EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("2")), 1) << testing::PrintToString(m_report);
-    closing.join();
-    EXPECT_EQ(TextIn(TEXT("storage.xml"), TEXT("A")), TEXT("2"));
+    m_handler.SaveConfiguration(TEXT("A"), TEXT("2"));
+    const std::pair<WString, DWORD> rows[] = {{TEXT("storage.xml"), FILE_SHARE_READ | FILE_SHARE_WRITE},
+                                              {TEXT("storage.xml"), 0},
+                                              {TEXT("storage.xml.lock"), 0},
+                                              {TEXT("storage.xml.bak"), 0}};
+    for (const auto& [name, shareMode] : rows)
+    {
+        SCOPED_TRACE(testing::PrintToString(name));
+        const HANDLE file = ::CreateFileW(m_folder.Path(name).c_str(), GENERIC_READ, shareMode, nullptr, OPEN_EXISTING,
+                                          FILE_ATTRIBUTE_NORMAL, nullptr);
+        ASSERT_NE(file, INVALID_HANDLE_VALUE);
+        std::thread closing(
+            [&]
+            {
+                ::Sleep(100);
+                ::CloseHandle(file);
+            });
+        EXPECT_EQ(m_handler.OpenStorage(), 1);
+        const CString text = m_handler.LoadConfigurationById(TEXT("A")) + TEXT("+");
+        EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), text), 1);
+        closing.join();
+    }
+    EXPECT_EQ(TextIn(TEXT("storage.xml"), TEXT("A")), TEXT("2++++"));
+    EXPECT_EQ(m_report, WString());
 }
 
 // The module's empty text is not the program's own: releasing one as if it were on the heap ended a program.

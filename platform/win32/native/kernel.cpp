@@ -138,20 +138,23 @@ HLOCAL LocalFree(HLOCAL block)
 
 namespace
 {
-/// Windows tells a missing folder on the way from a missing file.
+/// Windows tells a missing folder on the way from a missing file, and a file that is there already from other names.
 DWORD OpenError(const std::string& path, int error)
 {
     const auto folder = std::filesystem::path(path).parent_path();
     const bool folderMissing = !folder.empty() && access(folder.c_str(), F_OK) != 0;
-    return error == ENOENT && (path.empty() || folderMissing) ? ERROR_PATH_NOT_FOUND : WindowsError(error);
+    if (error == ENOENT && (path.empty() || folderMissing))
+        return ERROR_PATH_NOT_FOUND;
+    return error == EEXIST ? ERROR_FILE_EXISTS : WindowsError(error);
 }
 } // namespace
 
 HANDLE CreateFileW(LPCWSTR pPath, DWORD access, DWORD, void*, DWORD disposition, DWORD, HANDLE)
 {
-    if (disposition != OPEN_EXISTING && disposition != OPEN_ALWAYS)
+    if (disposition != OPEN_EXISTING && disposition != OPEN_ALWAYS && disposition != CREATE_NEW)
         return FailedHandle(ERROR_INVALID_PARAMETER);
-    const int flags = ((access & GENERIC_WRITE) != 0 ? O_RDWR : O_RDONLY) | (disposition == OPEN_ALWAYS ? O_CREAT : 0);
+    const int flags = ((access & GENERIC_WRITE) != 0 ? O_RDWR : O_RDONLY) |
+                      (disposition != OPEN_EXISTING ? O_CREAT : 0) | (disposition == CREATE_NEW ? O_EXCL : 0);
     const std::string path = NativePath(pPath);
     const int descriptor = open(path.c_str(), flags | O_CLOEXEC, 0666);
     if (descriptor < 0)
