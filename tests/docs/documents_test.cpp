@@ -49,6 +49,23 @@ TEST(Documents, GuideShowsTheCodeThatIsCompiled)
         EXPECT_NE(compiled.find(block), std::string::npos) << block;
 }
 
+TEST(Documents, GuideTellsOfEveryExportedOperation)
+{
+    const std::string guide = ReadSource("docs/plugin-guide.md");
+    const std::string exports = ReadSource("tests/dll/exports.txt");
+    const std::regex operation(R"(\nVLT::(C\w+)::([A-Z]\w+)\()");
+    int operations = 0;
+    for (std::sregex_iterator match(exports.begin(), exports.end(), operation), end; match != end; ++match)
+    {
+        const std::string name = (*match)[2];
+        if (name == (*match)[1] || name == "RegisterCommands") // constructors; private
+            continue;
+        ++operations;
+        EXPECT_TRUE(std::regex_search(guide, std::regex("`([A-Za-z]+::)?" + name + "`"))) << name;
+    }
+    EXPECT_EQ(operations, 33);
+}
+
 TEST(Documents, XmlExamplesComeBackByteForByte)
 {
     const auto blocks = BlocksOf(ReadSource("docs/formats.md"), "xml");
