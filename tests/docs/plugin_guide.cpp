@@ -1,4 +1,4 @@
-// The code of docs/plugin-guide.md, block for block: documents_test.cpp compares the two.
+// Runs the code of docs/plugin-guide.md, which the build takes from there.
 #include "commands/CommandManager.h"
 #include "configuration/ConfigurationStorage.h"
 #include "configuration/Storage.h"
@@ -10,60 +10,7 @@
 
 namespace
 {
-void KeepConfigurationIn(const WCHAR* pPath, const VLT::CFileConfigurationHandler::Report& report)
-{
-    const boost::shared_ptr<VLT::IConfigurationHandler> pHandler(new VLT::CFileConfigurationHandler(pPath, report));
-    VLT::CConfigurationStorage::Instance()->RegisterHandler(pHandler);
-}
-
-bool StartDefinitions(CCoordinateInput* pInput)
-{
-    VLT::CCommandManager* pManager = VLT::CCommandManager::Instance();
-    if (pManager->IsNativeCommandActive())
-        pManager->CompleteCommand(pInput);
-    return pManager->RunCommand(TEXT("CMD_DEFINE_PROJ_ENTITIES"), pInput) != 0;
-}
-
-void ForwardMouse(int message, const CStdPoint2D& point, strAddMsgInfo* pInfo, CCoordinateInput* pInput)
-{
-    VLT::CCommandManager* pManager = VLT::CCommandManager::Instance();
-    if (pManager->IsNativeCommandActive())
-        pManager->ProcessMouseMsg(message, point, pInfo, pInput);
-}
-
-void EndDefinitions(CCoordinateInput* pInput)
-{
-    VLT::CCommandManager::Instance()->CompleteCommand(pInput);
-}
-
-class CHelloCommand : public VLT::ICommand
-{
-public:
-    WString GetId() override { return TEXT("CMD_HELLO"); }
-    void Run(CCoordinateInput*) override { ++m_runs; }
-    void ProcessMouseMsg(int, const CStdPoint2D&, strAddMsgInfo*, CCoordinateInput*) override {}
-    void Complete(CCoordinateInput*) override {}
-    int RequiresProcessMouseMsg() override { return 0; }
-
-    int m_runs = 0;
-};
-
-boost::shared_ptr<CHelloCommand> RegisterHello()
-{
-    const boost::shared_ptr<CHelloCommand> pCommand(new CHelloCommand);
-    VLT::CCommandManager::Instance()->RegisterCommand(pCommand);
-    return pCommand;
-}
-
-CString TextOf(const WCHAR* pPath, const WCHAR* pId)
-{
-    VLT::CStorage storage;
-    if (storage.Load(pPath) == 0)
-        return CString(); // missing, unreadable or faulty: vltconfig check tells
-    const boost::shared_ptr<VLT::CConfiguration> pRecord = storage.GetConfigurationById(pId);
-    return pRecord ? pRecord->GetCfg() : CString();
-}
-
+#include "guide_code.h"
 } // namespace
 
 TEST(PluginGuide, ItsCodeWorks)
