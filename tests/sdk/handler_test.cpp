@@ -1,45 +1,8 @@
+#include "tests/sdk/HandlerTest.h"
+
 #include "platform/win32/win32.h"
-#include "sdk/FileConfigurationHandler.h"
-#include "tests/platform/TestFolder.h"
 
-#include <gtest/gtest.h>
-
-#include <iterator>
 #include <thread>
-
-namespace
-{
-class Handler : public testing::Test
-{
-protected:
-    static std::string BytesOf(const std::filesystem::path& path)
-    {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
-    /// The text of a record in a file of the folder; "-" if file or record is missing.
-    CString TextIn(const WCHAR* pName, const WCHAR* pId) const
-    {
-        VLT::CStorage storage;
-        storage.Load(m_folder.Path(pName).c_str());
-        const auto pRecord = storage.GetConfigurationById(pId);
-        return pRecord ? pRecord->GetCfg() : CString(TEXT("-"));
-    }
-    testing::AssertionResult HasReported(const WCHAR* pPart) const
-    {
-        if (m_report.find(pPart) != WString::npos)
-            return testing::AssertionSuccess();
-        return testing::AssertionFailure() << "reported: " << testing::PrintToString(m_report);
-    }
-
-    const CTestFolder m_folder;
-    const WString m_path = m_folder.Path(TEXT("storage.xml"));
-    WString m_report; ///< all of them
-    const VLT::CFileConfigurationHandler::Report m_reporter = [this](const CString& text) { m_report += text; };
-    VLT::CFileConfigurationHandler m_handler{m_path.c_str(), m_reporter};
-    VLT::CFileConfigurationHandler m_other{m_path.c_str(), m_reporter};
-};
-} // namespace
 
 TEST_F(Handler, KeepsTextsAndTheGenerationBefore)
 {

@@ -1,8 +1,5 @@
 // Native only: Windows has no limit on a file's size that would stand for a full disk.
-#include "sdk/FileConfigurationHandler.h"
-#include "tests/platform/TestFolder.h"
-
-#include <gtest/gtest.h>
+#include "tests/sdk/HandlerTest.h"
 
 #include <csignal>
 #include <sys/resource.h>
@@ -32,30 +29,24 @@ private:
 } // namespace
 
 // The new text does not fit, or it does but the backup of the old one does not.
-TEST(FullDisk, LeavesTheFileAndItsBackupAsTheyWere)
+TEST_F(Handler, LeavesFileAndBackupAsTheyWereOnAFullDisk)
 {
-    for (const size_t newLength : {size_t(90'000), size_t(10)})
+    const WString before(80'000, TEXT('b'));
+    m_handler.OpenStorage();
+    m_handler.SaveConfiguration(TEXT("A"), TEXT("first"));
+    ASSERT_EQ(m_handler.SaveConfiguration(TEXT("A"), before.c_str()), 1);
+    for (const auto& [length, pBeside] :
+         {std::pair(90'000, TEXT("could not be put beside it")), {10, TEXT("storage.xml.unsaved-1.")}})
     {
-        const CTestFolder folder;
-        const WString path = folder.Path(TEXT("storage.xml"));
-        CString report;
-        VLT::CFileConfigurationHandler handler(path.c_str(), [&](const CString& text) { report = text; });
-        const WString before(80'000, TEXT('b'));
-        handler.OpenStorage();
-        handler.SaveConfiguration(TEXT("A"), TEXT("first"));
-        ASSERT_EQ(handler.SaveConfiguration(TEXT("A"), before.c_str()), 1);
+        m_report.clear();
         {
             const CFileSizeLimit limit(40'000);
-            EXPECT_EQ(handler.SaveConfiguration(TEXT("A"), WString(newLength, TEXT('c')).c_str()), 0);
+            EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), WString(length, TEXT('c')).c_str()), 0);
         }
-        EXPECT_NE(WString(report).find(TEXT("the storage is as it was")), WString::npos);
-        EXPECT_NE(WString(report).find(newLength > 40'000 ? TEXT("could not be put beside it") : TEXT(".unsaved-1.")),
-                  WString::npos);
-        VLT::CStorage storage;
-        ASSERT_EQ(storage.Load(path.c_str()), 1);
-        EXPECT_EQ(storage.GetConfigurationById(TEXT("A"))->GetCfg(), before.c_str());
-        ASSERT_EQ(storage.Load((path + TEXT(".bak")).c_str()), 1);
-        EXPECT_EQ(storage.GetConfigurationById(TEXT("A"))->GetCfg(), TEXT("first"));
-        EXPECT_EQ(handler.SaveConfiguration(TEXT("A"), TEXT("with room again")), 1);
+        EXPECT_TRUE(HasReported(TEXT("the storage is as it was")));
+        EXPECT_TRUE(HasReported(pBeside));
+        EXPECT_EQ(TextIn(TEXT("storage.xml"), TEXT("A")), before.c_str());
+        EXPECT_EQ(TextIn(TEXT("storage.xml.bak"), TEXT("A")), TEXT("first"));
     }
+    EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("with room again")), 1);
 }
