@@ -149,8 +149,7 @@ void CStorage::AddConfiguration(boost::shared_ptr<CConfiguration> pConfiguration
     if (!pConfiguration)
         return;
     m_configurationVector.push_back(pConfiguration);
-    const CString& id = ConfigurationFields::Id(*pConfiguration);
-    m_configurationMapById.try_emplace(id, std::move(pConfiguration));
+    m_configurationMapById.try_emplace(pConfiguration->GetId(), pConfiguration);
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the exported signature
