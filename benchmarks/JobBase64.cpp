@@ -187,5 +187,5 @@ Contestants MakeCoders(const BenchDocument& document)
 
 std::vector<Job> Base64Jobs()
 {
-    return {{"encode 4 KB values", 'D', MakeCoders<true>, 2, 2}, {"decode 4 KB values", 'D', MakeCoders<false>, 2, 2}};
+    return {{"encode 4 KB values", 'D', MakeCoders<true>, 2}, {"decode 4 KB values", 'D', MakeCoders<false>, 2}};
 }

@@ -14,15 +14,17 @@ int64_t UsedMemory()
 }
 
 /// What a document may take at most: a record for each element and one for the document, with as much spare as the
-/// growth by a half leaves or the first reservation takes, and what the allocator and the table of segments add; with
-/// SetText a copy of the text, too.
+/// growth by a half leaves or the first reservation takes, which ends with the second segment, and what the allocator
+/// and the table of segments add; with SetText a copy of the text, too.
 int64_t AllowedMemory(const BenchDocument& document, Role role)
 {
     if (role != Role::Ours && role != Role::OursToo)
         return 0;
     const int64_t text = role == Role::OursToo ? document.GetLength() * static_cast<int64_t>(sizeof(WCHAR)) : 0;
-    const int64_t records = std::max((document.elements + 1) * 3 / 2, document.GetLength() / 64 + 8);
-    const int64_t segments = records / 65536 + 1;
+    constexpr int64_t segment = 65536;
+    const int64_t reserved = std::min(document.GetLength() / 64 + 8, 2 * segment);
+    const int64_t records = std::max((document.elements + 1) * 3 / 2, reserved);
+    const int64_t segments = records / segment + 1;
     return text + records * static_cast<int64_t>(sizeof(XmlElementPosition)) + segments * 64 + 1024;
 }
 } // namespace
