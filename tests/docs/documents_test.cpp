@@ -6,29 +6,23 @@
 #include "uistrings/UIStrings.h"
 
 #include <regex>
-#include <sstream>
 
 namespace
 {
 std::string ReadSource(const std::string& path)
 {
-    const std::ifstream file(std::string(SOURCE_FOLDER) + "/" + path, std::ios::binary);
-    std::ostringstream text;
-    text << file.rdbuf();
-    return text.str();
+    std::ifstream file(std::string(SOURCE_FOLDER) + "/" + path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// The blocks of a document that are fenced with the given word.
-std::vector<std::string> BlocksOf(const std::string& document, const std::string& word)
+/// Of each match the whole and then its groups.
+std::vector<std::vector<std::string>> MatchesOf(const std::string& text, const std::string& pattern)
 {
-    const std::string fence = "```" + word + "\n";
-    std::vector<std::string> blocks;
-    for (size_t at = document.find(fence); at != std::string::npos; at = document.find(fence, at + 1))
-    {
-        const size_t first = at + fence.size();
-        blocks.push_back(document.substr(first, document.find("```", first) - first));
-    }
-    return blocks;
+    const std::regex regex(pattern);
+    std::vector<std::vector<std::string>> matches;
+    for (std::sregex_iterator match(text.begin(), text.end(), regex), end; match != end; ++match)
+        matches.emplace_back(match->begin(), match->end());
+    return matches;
 }
 
 CString Wide(const std::string& utf8)
@@ -43,62 +37,55 @@ CString Wide(const std::string& utf8)
 TEST(Documents, GuideTellsOfEveryExportedOperation)
 {
     const std::string guide = ReadSource("docs/plugin-guide.md");
-    const std::string exports = ReadSource("tests/dll/exports.txt");
-    const std::regex operation(R"(\nVLT::(C\w+)::([A-Z]\w+)\()");
-    int operations = 0;
-    for (std::sregex_iterator match(exports.begin(), exports.end(), operation), end; match != end; ++match)
+    const auto exports = MatchesOf(ReadSource("tests/dll/exports.txt"), R"(\nVLT::(C\w+)::([A-Z]\w+)\()");
+    EXPECT_GT(exports.size(), 30u);
+    for (const auto& names : exports)
     {
-        const std::string name = (*match)[2];
-        if (name == (*match)[1] || name == "RegisterCommands") // constructors; private
-            continue;
-        ++operations;
-        EXPECT_TRUE(std::regex_search(guide, std::regex("`([A-Za-z]+::)?" + name + "`"))) << name;
+        const bool isForOthers = names[1] != names[2] && names[2] != "RegisterCommands"; // no constructors; private
+        EXPECT_TRUE(!isForOthers || !MatchesOf(guide, "`(\\w+::)?" + names[2] + "`").empty()) << names[0];
     }
-    EXPECT_EQ(operations, 33);
 }
 
 TEST(Documents, XmlExamplesComeBackByteForByte)
 {
-    const auto blocks = BlocksOf(ReadSource("docs/formats.md"), "xml");
+    const auto blocks = MatchesOf(ReadSource("docs/formats.md"), "```xml\n([^`]*)\n```");
     ASSERT_EQ(blocks.size(), 2u);
+    const CString storageText = Wide(blocks[0][1]);
+    const CString registryText = Wide(blocks[1][1]);
     VLT::CStorage storage;
-    ASSERT_EQ(storage.ParseXML(Wide(blocks[0])), 1);
-    EXPECT_EQ(storage.GetXML() + TEXT("\n"), Wide(blocks[0]));
+    ASSERT_EQ(storage.ParseXML(storageText), 1);
+    EXPECT_EQ(storage.GetXML(), storageText);
     const auto pRecord = storage.GetConfigurationById(CProjectionRegistry::GetConfigurationId());
     ASSERT_TRUE(pRecord);
     CProjectionRegistry registry;
     EXPECT_EQ(registry.ParseXML(pRecord->GetCfg()), 1);
     EXPECT_EQ(registry.GetXML(), pRecord->GetCfg());
 
-    ASSERT_EQ(registry.ParseXML(Wide(blocks[1])), 1);
-    EXPECT_EQ(registry.GetXML() + TEXT("\n"), Wide(blocks[1]));
+    ASSERT_EQ(registry.ParseXML(registryText), 1);
+    EXPECT_EQ(registry.GetXML(), registryText);
     ASSERT_EQ(registry.m_definitions.size(), 1u);
     EXPECT_EQ(registry.m_definitions[0]->m_name, TEXT("Pipe"));
 }
 
 TEST(Documents, Base64ExamplesAreWhatIsStored)
 {
-    const std::string document = ReadSource("docs/formats.md");
-    const std::regex row(R"(\n\| `([^`]*)` \| `([^`]*)` \| `([^`]*)` \|)");
-    int rows = 0;
-    for (std::sregex_iterator match(document.begin(), document.end(), row), end; match != end; ++match, ++rows)
+    const auto rows = MatchesOf(ReadSource("docs/formats.md"), R"(\| `([^`]*)` \| `([^`]*)` \| `([^`]*)` \|)");
+    EXPECT_EQ(rows.size(), 2u);
+    for (const auto& row : rows)
     {
-        const CString text = Wide((*match)[1]);
-        const CString stored = Wide((*match)[2]);
-        EXPECT_EQ(EncodeTextValue(text), stored) << match->str();
-        EXPECT_EQ(DecodeTextValue(stored), text) << match->str();
-        const std::string head = Base64DecodeBytes((*match)[2]).c_str(); // a C text ends at the first NUL
+        EXPECT_EQ(EncodeTextValue(Wide(row[1])), Wide(row[2])) << row[0];
+        EXPECT_EQ(DecodeTextValue(Wide(row[2])), Wide(row[1])) << row[0];
+        const std::string head = Base64DecodeBytes(row[2]).c_str(); // a C text ends at the first NUL
         EXPECT_EQ(DecodeTextValue(Wide(Base64EncodeBytes(head.data(), static_cast<uint32_t>(head.size())))),
-                  Wide((*match)[3]));
+                  Wide(row[3]));
     }
-    EXPECT_EQ(rows, 2);
 }
 
 TEST(Documents, StringFileExampleIsRead)
 {
-    const auto blocks = BlocksOf(ReadSource("docs/formats.md"), "text");
+    const auto blocks = MatchesOf(ReadSource("docs/formats.md"), "```text\n([^`]*)```");
     ASSERT_EQ(blocks.size(), 1u);
-    const CTestFile file(blocks[0]);
+    const CTestFile file(blocks[0][1]);
     CUIStrings* pStrings = CUIStrings::Instance(); // the first call sets the language
     CUIStrings::LoadFile(TEXT("document"), file.GetPath());
     CUIStrings::m_currentLanguage = TEXT("document");
