@@ -46,3 +46,14 @@ TEST(Paths, AreTakenByAllReadersAndWriters)
         EXPECT_EQ(storage.GetConfigurationVector()->size(), 1U); // the one that was read, or that was there
     }
 }
+
+#ifndef _WIN32
+// A file of the Linux kernel that opens and cannot be read at its beginning.
+TEST(Paths, AreRefusedWhenNothingCanBeRead)
+{
+    TextFile file;
+    EXPECT_NE(file.Open(TEXT("/proc/self/mem")), 0);
+    EXPECT_TRUE(WString(GetLastErrorText()).starts_with(TEXT("Error 30 reading file:\n\n/proc/self/mem\n\n(")));
+    file.Close();
+}
+#endif
