@@ -10,6 +10,18 @@ bool EndsFoundName(WCHAR unit)
 {
     return unit <= TEXT('\\') && (IsIn(UnitSet(TEXT(" \t\n\r<>=/?!")), unit) || unit == TEXT('\\'));
 }
+
+/// pValue: ShortUnits units, of which the first length are the value. All are copied, since the processor cannot
+/// foretell a length.
+CString ShortValue(const WCHAR* pValue, int length)
+{
+    CString value;
+    const uint64_t references = CopyShort(pValue, value.GetBuffer(ShortUnits), TEXT('&'));
+    if ((references & ((uint64_t{1} << length) - 1)) != 0)
+        return DecodeEntities(pValue, length);
+    value.ReleaseBufferSetLength(length);
+    return value;
+}
 } // namespace
 
 bool CXmlDocument::FindElement(const WCHAR* pName)
@@ -64,9 +76,13 @@ CString CXmlDocument::GetAttribute(const WCHAR* pName) const
 CString CXmlDocument::GetAttributeAt(int position, const WCHAR* pName) const
 {
     const std::basic_string_view<WCHAR> raw = GetRawAttributeAt(position, pName);
+    if (raw.empty())
+        return CString();
     const int length = static_cast<int>(raw.size());
-    const int first = length == 0 ? 0 : static_cast<int>(raw.data() - m_text.GetString());
-    if (HoldsUnit(m_text, first, first + length, m_text.GetLength(), TEXT('&')))
+    const int first = static_cast<int>(raw.data() - m_text.GetString());
+    if (length <= ShortUnits && m_text.GetLength() - first >= ShortUnits)
+        return ShortValue(raw.data(), length);
+    if (FindUnit(m_text, first, first + length, TEXT('&')) < first + length)
         return DecodeEntities(raw.data(), length);
     return CString(raw.data(), length);
 }

@@ -5,6 +5,7 @@
 
 #include <bit>
 #include <cstdint>
+#include <cstring>
 #include <emmintrin.h>
 
 struct KnownBlocks;
@@ -66,6 +67,16 @@ inline unsigned MarksOf(__m128i bytes)
     return static_cast<unsigned>(_mm_movemask_epi8(bytes));
 }
 
+/// Asks for the text that a search will come to: so far ahead that memory has the time that it takes, across the pages
+/// at which the processor by itself stops asking.
+inline void FetchAhead(const WCHAR* pBlock)
+{
+    constexpr int bytesAhead = 8192;
+    const char* const pAhead = reinterpret_cast<const char*>(pBlock) + bytesAhead;
+    _mm_prefetch(pAhead, _MM_HINT_T0);
+    _mm_prefetch(pAhead + 64, _MM_HINT_T0);
+}
+
 /// The offset of the first unit from that one on that is the wanted one, which is ASCII, or NUL; length if there is
 /// none.
 inline int FindUnit(const WCHAR* pText, int from, int length, WCHAR unit)
@@ -87,15 +98,15 @@ inline int FindUnit(const WCHAR* pText, int from, int length, WCHAR unit)
     return VectorSteps().pFindUnit(pText, from, length, unit);
 }
 
-/// Whether a unit of that value, which is ASCII, stands from first to before end in a text of that length.
-inline bool HoldsUnit(const WCHAR* pText, int first, int end, int length, WCHAR unit)
+constexpr int ShortUnits = 2 * UnitsPerStep;
+
+/// Copies ShortUnits units. A bit for each that is the wanted one, which is ASCII; the lowest is the first unit's.
+inline uint32_t CopyShort(const WCHAR* pFrom, WCHAR* pTo, WCHAR wanted)
 {
-    if (end - first > 2 * UnitsPerStep || length - first < 2 * UnitsPerStep)
-        return FindUnit(pText, first, end, unit) < end;
-    const __m128i wanted = _mm_set1_epi8(static_cast<char>(unit));
-    const uint64_t marks = MarksOf(_mm_cmpeq_epi8(PackUnits(pText + first), wanted)) |
-                           MarksOf(_mm_cmpeq_epi8(PackUnits(pText + first + UnitsPerStep), wanted)) << UnitsPerStep;
-    return (marks & ((uint64_t{1} << (end - first)) - 1)) != 0;
+    std::memcpy(pTo, pFrom, ShortUnits * sizeof(WCHAR));
+    const __m128i bytes = _mm_set1_epi8(static_cast<char>(wanted));
+    return MarksOf(_mm_cmpeq_epi8(PackUnits(pFrom), bytes)) |
+           MarksOf(_mm_cmpeq_epi8(PackUnits(pFrom + UnitsPerStep), bytes)) << UnitsPerStep;
 }
 
 /// The offset of the first unit from that one on that ends the name of a tag, or is a quote or NUL; length if there is

@@ -82,6 +82,7 @@ AVX2_STEPS int FindUnitAvx2(const WCHAR* pText, int from, int length, WCHAR unit
     const __m256i wanted = _mm256_set1_epi16(static_cast<short>(unit));
     for (; length - from >= UnitsPerBlock; from += UnitsPerBlock)
     {
+        FetchAhead(pText + from);
         const Quarters block = LoadBlock(pText + from);
         const Quarters found = Compare(block, wanted);
         if (!IsAny(_mm256_or_si256(AnyOf(found), NulsOf(block))))

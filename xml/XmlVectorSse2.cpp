@@ -37,6 +37,7 @@ int FindUnitSse2(const WCHAR* pText, int from, int length, WCHAR unit)
 {
     for (; length - from >= UnitsPerBlock; from += UnitsPerBlock)
     {
+        FetchAhead(pText + from);
         const PackedBlock block(pText + from);
         if (!block.MayHold(unit))
             continue;

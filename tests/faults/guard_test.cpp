@@ -117,7 +117,6 @@ TEST_F(Guarded, TheParserAndItsSearches)
             }
             FindUnit(pUnits, from, count, TEXT('^'));
             FindNameEnd(pUnits, from, count);
-            HoldsUnit(pUnits, from, count, count, TEXT('^'));
         }
     }
 }
