@@ -71,7 +71,7 @@ inline unsigned MarksOf(__m128i bytes)
 /// at which the processor by itself stops asking.
 inline void FetchAhead(const WCHAR* pBlock)
 {
-    constexpr int bytesAhead = 8192;
+    constexpr int bytesAhead = 512;
     const char* const pAhead = reinterpret_cast<const char*>(pBlock) + bytesAhead;
     _mm_prefetch(pAhead, _MM_HINT_T0);
     _mm_prefetch(pAhead + 64, _MM_HINT_T0);
