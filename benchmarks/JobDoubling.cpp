@@ -122,10 +122,10 @@ void RunDoublingJob(const BenchOptions& options, CReport& report)
     {
         if (!IsSelected(options, "hostile " + growing.name))
             continue;
+        const int64_t greatest = options.quick && growing.count > 256 ? growing.count / 8 : growing.count * 2;
         Contestants sizes;
         for (const int64_t divisor : {16, 8, 4, 2, 1})
-            sizes.push_back(
-                std::make_unique<CParseText>(growing, growing.count * 2 / (options.quick ? divisor * 16 : divisor)));
+            sizes.push_back(std::make_unique<CParseText>(growing, greatest / divisor));
         report.AddDoubling("hostile " + growing.name, Compete(sizes, options), 2.3);
     }
 }

@@ -81,16 +81,16 @@ private:
         int next = 0;      ///< where reading goes on
         int used = 0;      ///< of the document's records
         int depth = 0;     ///< how many elements are open
-        int parent = 0;    ///< the innermost of them
         int lastChild = 0; ///< of the parent so far; its first child learns of it when the parent ends
 
         // Where these records lie, which growth of the table changes.
         XmlElementPosition* pFree = nullptr;      ///< the first not in use
         XmlElementPosition* pEndOfFree = nullptr; ///< behind those that follow it in one piece
-        XmlElementPosition* pParent = nullptr;
+        XmlElementPosition* pParent = nullptr;    ///< the innermost open element
         XmlElementPosition* pLastChild = nullptr; ///< if there is one
     };
 
+    int Innermost(const Place& at) const { return m_open[static_cast<size_t>(at.depth)]; }
     XmlElementPosition& At(int index) { return m_document.At(index); }
     const WCHAR* NameAt(int index) { return m_pText + At(index).start + 1; }
     COpenNames::Name NameOf(int index);
@@ -223,7 +223,7 @@ inline void CTreeBuilder::StartElement(Place& at, int length, bool isEmpty)
                .length = length,
                .tagLengths = static_cast<unsigned>(length) & StartTagLengthMask,
                .levelAndFlags = (static_cast<unsigned>(at.depth) & LevelMask) | (isFirst ? FirstChildFlag : 0),
-               .parent = at.parent,
+               .parent = Innermost(at),
                .firstChild = 0,
                .nextSibling = 0,
                .prevSibling = isFirst ? index : at.lastChild};
@@ -236,7 +236,6 @@ inline void CTreeBuilder::StartElement(Place& at, int length, bool isEmpty)
     at.pLastChild = &element;
     if (isEmpty)
         return;
-    at.parent = index;
     at.pParent = &element;
     at.lastChild = 0;
     if (++at.depth == m_openRoom)
@@ -259,10 +258,10 @@ inline void CTreeBuilder::EndElement(Place& at, int length)
 /// From the children of the innermost open element to those of the one around it.
 inline void CTreeBuilder::GoUp(Place& at)
 {
-    at.lastChild = at.parent;
+    at.lastChild = Innermost(at);
     at.pLastChild = at.pParent;
-    at.parent = m_open[static_cast<size_t>(--at.depth)];
-    at.pParent = &At(at.parent);
+    --at.depth;
+    at.pParent = &At(Innermost(at));
 }
 
 CTreeBuilder::Place CTreeBuilder::WithMoreRecords(Place at)
@@ -280,7 +279,7 @@ CTreeBuilder::Place CTreeBuilder::WithRecords(Place at)
     const auto free = m_document.FreeRecords(at.used);
     at.pFree = free.data();
     at.pEndOfFree = free.data() + free.size();
-    at.pParent = &At(at.parent);
+    at.pParent = &At(Innermost(at));
     at.pLastChild = &At(at.lastChild);
     return at;
 }
@@ -324,8 +323,8 @@ void CTreeBuilder::EndElementByName(int length)
     }
     if (depth != m_at.depth && Result().IsEmpty())
         Result().Format(TEXT("End tag '%s' at offset %d does not match start tag '%s' at offset %d"),
-                        GetTokenText(m_scanner).GetString(), m_scanner.first - 1, TextOf(m_at.parent).GetString(),
-                        At(m_at.parent).start);
+                        GetTokenText(m_scanner).GetString(), m_scanner.first - 1, TextOf(Innermost(m_at)).GetString(),
+                        At(Innermost(m_at)).start);
     CloseUnended(m_open[static_cast<size_t>(depth)]);
     EndElement(m_at, length);
 }
@@ -370,8 +369,8 @@ COpenNames::Name CTreeBuilder::NameOf(int index)
 void CTreeBuilder::EndText()
 {
     if (m_at.depth != 0 && Result().IsEmpty())
-        Result().Format(TEXT("Element '%s' at offset %d not ended"), TextOf(m_at.parent).GetString(),
-                        At(m_at.parent).start);
+        Result().Format(TEXT("Element '%s' at offset %d not ended"), TextOf(Innermost(m_at)).GetString(),
+                        At(Innermost(m_at)).start);
     CloseUnended(0);
     CloseChain();
 }
@@ -379,12 +378,12 @@ void CTreeBuilder::EndText()
 /// Closes, from the innermost out, the open elements inside heir, which takes over all their children.
 void CTreeBuilder::CloseUnended(int heir)
 {
-    if (m_at.parent != heir)
+    if (Innermost(m_at) != heir)
         At(0).levelAndFlags |= DocumentIllFormedFlag;
-    while (m_at.parent != heir)
+    while (Innermost(m_at) != heir)
     {
         CloseChain();
-        HandOver(m_at.parent, heir);
+        HandOver(Innermost(m_at), heir);
         GoUp(m_at);
     }
 }
@@ -392,7 +391,7 @@ void CTreeBuilder::CloseUnended(int heir)
 /// The parent's first child learns who is the last.
 void CTreeBuilder::CloseChain()
 {
-    if (const int firstChild = At(m_at.parent).firstChild)
+    if (const int firstChild = At(Innermost(m_at)).firstChild)
         At(firstChild).prevSibling = m_at.lastChild;
 }
 
@@ -424,7 +423,7 @@ void CTreeBuilder::HandOver(int index, int heir)
 void CTreeBuilder::RecordFault()
 {
     At(0).levelAndFlags |= DocumentIllFormedFlag;
-    At(m_at.parent).levelAndFlags |= IllFormedFlag;
+    At(Innermost(m_at)).levelAndFlags |= IllFormedFlag;
 }
 } // namespace
 

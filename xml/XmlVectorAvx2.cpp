@@ -77,6 +77,14 @@ AVX2_STEPS inline uint64_t QuickPrefixXor(uint64_t bits)
     return static_cast<uint64_t>(_mm_cvtsi128_si64(_mm_clmulepi64_si128(factor, _mm_set1_epi8(-1), 0)));
 }
 
+/// Whether such a byte stands in the block, or one that may be a NUL.
+AVX2_STEPS inline bool MayHold(__m256i low, __m256i high, char unit)
+{
+    const __m256i wanted = _mm256_set1_epi8(unit);
+    const __m256i found = _mm256_or_si256(_mm256_cmpeq_epi8(low, wanted), _mm256_cmpeq_epi8(high, wanted));
+    return IsAny(_mm256_or_si256(found, _mm256_cmpeq_epi8(_mm256_min_epu8(low, high), _mm256_setzero_si256())));
+}
+
 AVX2_STEPS int FindUnitAvx2(const WCHAR* pText, int from, int length, WCHAR unit)
 {
     const __m256i wanted = _mm256_set1_epi16(static_cast<short>(unit));
@@ -104,12 +112,17 @@ AVX2_STEPS void ReadBlocksAvx2(const WCHAR* pBlocks, int count, KnownBlocks& kno
     for (; i < count; ++i, pBlocks += UnitsPerBlock)
     {
         const Quarters block = LoadBlock(pBlocks);
-        if (IsAny(NulsOf(block)))
-            break;
         const __m256i low = Pack(block.first, block.second);
         const __m256i high = Pack(block.third, block.fourth);
+        uint64_t singles = 0;
+        if (MayHold(low, high, '\'')) [[unlikely]] // one look will do for both, which are rare
+        {
+            if (IsAny(NulsOf(block)))
+                break;
+            singles = BitsOf(low, high, '\'');
+        }
         const uint64_t doubles = BitsOf(low, high, '"');
-        marks[i] = {doubles, QuickPrefixXor(doubles), BitsOf(low, high, '\''), BitsOf(low, high, '>')};
+        marks[i] = {doubles, QuickPrefixXor(doubles), singles, BitsOf(low, high, '>')};
     }
     CollectEnds(marks, i, known);
 }
@@ -123,10 +136,10 @@ AVX2_STEPS inline __m256i InTable(__m256i bytes, __m256i table)
 AVX2_STEPS bool MarkTagAvx2(const WCHAR* pBlock, WCHAR last, TagMarks& marks)
 {
     const Quarters block = LoadBlock(pBlock);
-    if (IsAny(NulsOf(block)))
-        return false;
     const __m256i low = Pack(block.first, block.second);
     const __m256i high = Pack(block.third, block.fourth);
+    if (MayHold(low, high, 0) && IsAny(NulsOf(block)))
+        return false;
     const __m256i spaces = _mm256_broadcastsi128_si256(
         _mm_setr_epi8(' ', -1, -1, -1, -1, -1, -1, -1, -1, '\t', '\n', -1, -1, '\r', -1, -1));
     const __m256i others =
