@@ -120,21 +120,24 @@ VECTOR_STEPS size_t DecodeBlocks(const WCHAR* pValue, size_t length, WCHAR* pTex
     size_t taken = 0;
     while (taken + 16 <= length)
     {
-        const bool isTwice = taken + 32 <= length;
+        bool isTwice = taken + 32 <= length;
         const __m256i characters = PackUnits(pValue + taken, pValue + taken + (isTwice ? 16 : 0));
         const __m256i high = _mm256_and_si256(_mm256_srli_epi32(characters, 4), nibble);
         const __m256i low = _mm256_and_si256(characters, nibble);
         // Neither 0 nor 0xFF is in the alphabet.
-        if (_mm256_movemask_epi8(
-                _mm256_cmpeq_epi8(_mm256_and_si256(_mm256_shuffle_epi8(allowed, low), _mm256_shuffle_epi8(bits, high)),
-                                  _mm256_setzero_si256())) != 0)
+        const auto foreign = static_cast<unsigned>(_mm256_movemask_epi8(
+            _mm256_cmpeq_epi8(_mm256_and_si256(_mm256_shuffle_epi8(allowed, low), _mm256_shuffle_epi8(bits, high)),
+                              _mm256_setzero_si256())));
+        if ((foreign & 0xFFFF) != 0)
             break;
+        isTwice = isTwice && foreign == 0; // else the first half still counts
         const __m256i isSlash = _mm256_cmpeq_epi8(characters, _mm256_set1_epi8('/'));
         const __m256i shift = _mm256_blendv_epi8(_mm256_shuffle_epi8(shifts, high), _mm256_set1_epi8(16), isSlash);
         const __m256i values = _mm256_add_epi8(characters, shift);
         const __m256i pairs = _mm256_maddubs_epi16(values, _mm256_set1_epi32(0x01400140));
         const __m256i bytes = _mm256_shuffle_epi8(_mm256_madd_epi16(pairs, _mm256_set1_epi32(0x00011000)), gather);
-        if ((PlainBytes(bytes) & 0x0FFF0FFF) != 0x0FFF0FFF)
+        const unsigned wanted = isTwice ? 0x0FFF0FFF : 0x0FFF;
+        if ((PlainBytes(bytes) & wanted) != wanted)
             break;
         StoreUnits(pText, _mm256_castsi256_si128(bytes));
         if (isTwice)

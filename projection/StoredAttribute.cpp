@@ -7,12 +7,17 @@
 
 CString GetTextAttribute(const CXmlDocument& document, const WCHAR* pName)
 {
-    const std::basic_string_view<WCHAR> raw = document.GetRawAttribute(pName);
+    const auto [units, isOpen] = document.FindAttribute(pName);
     CString text;
-    // Base64 ends at the first unit that is none of its own; only if that one is an & something else may stand there.
-    const std::optional<size_t> end = DecodeAsciiText(raw.data(), raw.size(), text);
-    if (end && (*end == raw.size() || raw[*end] != TEXT('&')))
+    // Base64 ends at the first unit that is none of its own, as the closing quote is; only if that one is an &
+    // something else may stand there.
+    const std::optional<size_t> end = DecodeAsciiText(units.data(), units.size(), text);
+    if (end && (*end == units.size() ? !isOpen : units[*end] != TEXT('&')))
+    {
+        if (*end < units.size() / 2)
+            text.FreeExtra();
         return text;
+    }
     return DecodeTextValue(document.GetAttribute(pName));
 }
 

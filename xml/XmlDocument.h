@@ -1,6 +1,7 @@
 #pragma once
 /// The module's XML reader: a text with a table of element positions.
 #include "platform/mfc/atlstr.h"
+#include "xml/XmlPlainAttributes.h"
 #include "xml/XmlScanner.h"
 
 #include <cstdlib>
@@ -65,8 +66,18 @@ public:
     /// The same for the element at that table index, as long as the cursor stands on any element at all.
     CString GetAttributeAt(int position, const WCHAR* pName) const;
 
-    /// The same as it stands in m_text, with its references; good until that changes.
+    /// An attribute's value as it stands in m_text, with its references; good until that changes.
+    struct RawAttribute
+    {
+        std::basic_string_view<WCHAR> units;
+        /// Its end was not sought, as that costs as much as reading it: the units go on to the end of the start tag,
+        /// and the first " of them ends the value. If there is none, GetRawAttribute knows the end.
+        bool isOpen = false;
+    };
+    /// That of the current element; empty if there is no such attribute or element.
     std::basic_string_view<WCHAR> GetRawAttribute(const WCHAR* pName) const;
+    /// The same; open if it is long.
+    RawAttribute FindAttribute(const WCHAR* pName) const;
 
     /// Index of the next element of that name behind current, or from the first child of parent on if current is 0.
     /// 0 if there is none.
@@ -115,5 +126,8 @@ private:
     const WCHAR* BuildTable();
     bool IsInUse(int index) const { return index >= 0 && index < m_usedPositions; }
     bool HasName(int index, const WCHAR* pName) const;
-    std::basic_string_view<WCHAR> GetRawAttributeAt(int position, const WCHAR* pName) const;
+    CString GetOtherAttribute(PlainAttribute plain, int position, const WCHAR* pName) const;
+    PlainAttribute FindPlainAt(int position, const WCHAR* pName) const;
+    std::basic_string_view<WCHAR> RawUnits(PlainAttribute plain, int position, const WCHAR* pName) const;
+    std::basic_string_view<WCHAR> UnitsToTagEnd(PlainAttribute plain, int position) const;
 };

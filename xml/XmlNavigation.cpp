@@ -22,6 +22,19 @@ CString ShortValue(const WCHAR* pValue, int length)
     value.ReleaseBufferSetLength(length);
     return value;
 }
+
+/// False: there is no " among the units, or an & in front of it.
+bool CopyOpenValue(std::basic_string_view<WCHAR> units, CString& value)
+{
+    const int room = static_cast<int>(units.size());
+    const int length = VectorSteps().pCopyValue(units.data(), room, value.GetBuffer(room));
+    if (length == room || units[static_cast<size_t>(length)] != TEXT('"'))
+        return false;
+    value.ReleaseBufferSetLength(length);
+    if (length < room / 2) // other attributes follow
+        value.FreeExtra();
+    return true;
+}
 } // namespace
 
 bool CXmlDocument::FindElement(const WCHAR* pName)
@@ -75,34 +88,69 @@ CString CXmlDocument::GetAttribute(const WCHAR* pName) const
 
 CString CXmlDocument::GetAttributeAt(int position, const WCHAR* pName) const
 {
-    const std::basic_string_view<WCHAR> raw = GetRawAttributeAt(position, pName);
-    if (raw.empty())
-        return CString();
-    const int length = static_cast<int>(raw.size());
-    const int first = static_cast<int>(raw.data() - m_text.GetString());
-    if (length <= ShortUnits && m_text.GetLength() - first >= ShortUnits)
-        return ShortValue(raw.data(), length);
-    if (FindUnit(m_text, first, first + length, TEXT('&')) < first + length)
-        return DecodeEntities(raw.data(), length);
-    return CString(raw.data(), length);
+    const PlainAttribute plain = FindPlainAt(position, pName);
+    const int length = plain.end - plain.first;
+    if (plain.outcome == PlainAttribute::Found && length <= ShortUnits &&
+        m_text.GetLength() - plain.first >= ShortUnits)
+        return ShortValue(m_text.GetString() + plain.first, length);
+    return GetOtherAttribute(plain, position, pName);
+}
+
+/// One that is no short plain one.
+CString CXmlDocument::GetOtherAttribute(PlainAttribute plain, int position, const WCHAR* pName) const
+{
+    CString value;
+    if (plain.outcome == PlainAttribute::Open && CopyOpenValue(UnitsToTagEnd(plain, position), value))
+        return value;
+    const std::basic_string_view<WCHAR> raw = RawUnits(plain, position, pName);
+    value = DecodeEntities(raw.data(), static_cast<int>(raw.size()));
+    return value;
 }
 
 std::basic_string_view<WCHAR> CXmlDocument::GetRawAttribute(const WCHAR* pName) const
 {
-    return GetRawAttributeAt(m_currentPos, pName);
+    return RawUnits(FindPlainAt(m_currentPos, pName), m_currentPos, pName);
 }
 
-std::basic_string_view<WCHAR> CXmlDocument::GetRawAttributeAt(int position, const WCHAR* pName) const
+CXmlDocument::RawAttribute CXmlDocument::FindAttribute(const WCHAR* pName) const
+{
+    const PlainAttribute plain = FindPlainAt(m_currentPos, pName);
+    if (plain.outcome == PlainAttribute::Open)
+        return {UnitsToTagEnd(plain, m_currentPos), true};
+    return {RawUnits(plain, m_currentPos, pName), false};
+}
+
+PlainAttribute CXmlDocument::FindPlainAt(int position, const WCHAR* pName) const
 {
     if (position == 0 || !IsInUse(position) || m_nodeType != NodeElement || pName == nullptr)
-        return {};
+        return {PlainAttribute::Missing};
+    return FindPlainAttribute(m_text, m_text.GetLength(), At(position).start + 1, pName);
+}
+
+/// Of what was found, or else looked for token by token.
+std::basic_string_view<WCHAR> CXmlDocument::RawUnits(PlainAttribute plain, int position, const WCHAR* pName) const
+{
     const WCHAR* const pText = m_text.GetString();
-    const int tagName = At(position).start + 1;
-    const PlainAttribute plain = FindPlainAttribute(pText, m_text.GetLength(), tagName, pName);
+    if (plain.outcome == PlainAttribute::Missing)
+        return {};
     if (plain.outcome == PlainAttribute::Found)
         return {pText + plain.first, pText + plain.end};
-    XmlScanner scanner{.next = tagName, .text = pText};
-    if (plain.outcome == PlainAttribute::Missing || !ScanAttribute(scanner, pName))
+    if (plain.outcome == PlainAttribute::Open)
+    {
+        const int end = FindUnit(pText, plain.first, m_text.GetLength(), TEXT('"'));
+        if (pText[end] == TEXT('"'))
+            return {pText + plain.first, pText + end};
+    }
+    XmlScanner scanner{.next = At(position).start + 1, .text = pText};
+    if (!ScanAttribute(scanner, pName))
         return {};
     return {pText + scanner.first, static_cast<size_t>(std::max(scanner.last + 1 - scanner.first, 0))};
+}
+
+/// From the open value on. Too few, if the length of the tag is beyond what a record holds.
+std::basic_string_view<WCHAR> CXmlDocument::UnitsToTagEnd(PlainAttribute plain, int position) const
+{
+    const XmlElementPosition& element = At(position);
+    const int tagEnd = element.start + static_cast<int>(element.tagLengths & StartTagLengthMask);
+    return {m_text.GetString() + plain.first, static_cast<size_t>(std::max(tagEnd - plain.first, 0))};
 }

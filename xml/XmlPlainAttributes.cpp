@@ -112,8 +112,9 @@ PlainAttribute CPlainTag::ValueFrom(int first, int block, uint64_t closes) const
     const uint64_t ahead = first - block < UnitsPerBlock ? closes & AllUnits << (first - block) : 0;
     if (ahead != 0)
         return {PlainAttribute::Found, first, block + std::countr_zero(ahead)};
-    const int end = FindUnit(m_pText, block + UnitsPerBlock, m_length, TEXT('"'));
-    return m_pText[end] == TEXT('"') ? PlainAttribute{PlainAttribute::Found, first, end} : s_notPlain;
+    const int next = block + UnitsPerBlock;
+    const int end = FindUnit(m_pText, next, std::min(next + UnitsPerStep, m_length), TEXT('"'));
+    return {m_pText[end] == TEXT('"') ? PlainAttribute::Found : PlainAttribute::Open, first, end};
 }
 } // namespace
 

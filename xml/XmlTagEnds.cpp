@@ -1,6 +1,7 @@
 #include "xml/XmlTagEnds.h"
 
 #include <algorithm>
+#include <iterator>
 
 uint64_t WalkQuotes(const BlockMarks& marks, WCHAR& open)
 {
@@ -45,7 +46,19 @@ bool CTagEndFinder::ReadNext()
 bool CTagEndFinder::Read(int first)
 {
     m_known.first = first;
-    m_steps.pReadBlocks(m_pText + first, std::min(m_blocksAtOnce, (m_length - first) / UnitsPerBlock), m_known);
+    if (m_length - first >= UnitsPerBlock)
+        m_steps.pReadBlocks(m_pText + first, std::min(m_blocksAtOnce, (m_length - first) / UnitsPerBlock), m_known);
+    else
+        ReadLast(first);
     m_nextEnd = 0;
     return m_known.length != 0;
+}
+
+/// The last units of the text, which fill no block, with blanks behind them.
+void CTagEndFinder::ReadLast(int first)
+{
+    WCHAR block[UnitsPerBlock];
+    WCHAR* const pEnd = std::copy(m_pText + std::min(first, m_length), m_pText + m_length, block);
+    std::fill(pEnd, std::end(block), TEXT(' '));
+    m_steps.pReadBlocks(block, first < m_length ? 1 : 0, m_known);
 }

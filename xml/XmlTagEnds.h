@@ -74,8 +74,8 @@ public:
     CTagEndFinder(const WCHAR* pText, int length) : m_pText(pText), m_length(length), m_steps(VectorSteps()) {}
 
     /// The offset of the first > outside quotes from that unit on, which lies in a start tag and not before that of
-    /// the last call. NotFound if the way there leads into a block with a NUL, or into the last units, which fill no
-    /// block: those are for a reader that goes unit by unit.
+    /// the last call. NotFound if there is none, or if the way there leads into a block with a NUL: that is for a
+    /// reader that goes unit by unit.
     int Find(int from)
     {
         if (!IsOutside(from) && !Restart(from))
@@ -101,6 +101,7 @@ private:
     bool Restart(int from);
     bool ReadNext();
     bool Read(int first);
+    void ReadLast(int first);
 
     const WCHAR* const m_pText;
     const int m_length;

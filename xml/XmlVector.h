@@ -32,6 +32,8 @@ struct XmlVectorSteps
     void (*pReadBlocks)(const WCHAR* pBlocks, int count, KnownBlocks& known);
     /// Marks a block; last is ASCII. False if it has a NUL, or may have one.
     bool (*pMarkTag)(const WCHAR* pBlock, WCHAR last, TagMarks& marks);
+    /// Copies units up to the first ", & or NUL, and length at most, for which pTo has room. Returns how many.
+    int (*pCopyValue)(const WCHAR* pFrom, int length, WCHAR* pTo);
 };
 
 /// With the SSE2 that every x86-64 has.
@@ -107,6 +109,22 @@ inline uint32_t CopyShort(const WCHAR* pFrom, WCHAR* pTo, WCHAR wanted)
     const __m128i bytes = _mm_set1_epi8(static_cast<char>(wanted));
     return MarksOf(_mm_cmpeq_epi8(PackUnits(pFrom), bytes)) |
            MarksOf(_mm_cmpeq_epi8(PackUnits(pFrom + UnitsPerStep), bytes)) << UnitsPerStep;
+}
+
+/// What pCopyValue does, for few units: from that offset up to that end, of which it returns the one that it came to.
+inline int CopyValueUnits(const WCHAR* pFrom, int offset, int end, WCHAR* pTo)
+{
+    const auto marks = [](__m128i units, char unit) { return _mm_cmpeq_epi8(units, _mm_set1_epi8(unit)); };
+    for (; end - offset >= UnitsPerStep; offset += UnitsPerStep)
+    {
+        const __m128i units = PackUnits(pFrom + offset);
+        if (MarksOf(_mm_or_si128(_mm_or_si128(marks(units, '"'), marks(units, '&')), marks(units, 0))) != 0)
+            break;
+        std::memcpy(pTo + offset, pFrom + offset, UnitsPerStep * sizeof(WCHAR));
+    }
+    for (; offset < end && pFrom[offset] != TEXT('"') && pFrom[offset] != TEXT('&') && pFrom[offset] != 0; ++offset)
+        pTo[offset] = pFrom[offset];
+    return offset;
 }
 
 /// The offset of the first unit from that one on that ends the name of a tag, or is a quote or NUL; length if there is

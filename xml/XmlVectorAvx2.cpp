@@ -64,6 +64,15 @@ AVX2_STEPS inline uint64_t Bits(__m256i low, __m256i high)
            static_cast<uint64_t>(static_cast<uint32_t>(_mm256_movemask_epi8(high))) << 32;
 }
 
+AVX2_STEPS inline void StoreBlock(WCHAR* pUnits, const Quarters& block)
+{
+    auto* const pQuarters = reinterpret_cast<__m256i*>(pUnits);
+    _mm256_storeu_si256(pQuarters, block.first);
+    _mm256_storeu_si256(pQuarters + 1, block.second);
+    _mm256_storeu_si256(pQuarters + 2, block.third);
+    _mm256_storeu_si256(pQuarters + 3, block.fourth);
+}
+
 AVX2_STEPS inline uint64_t BitsOf(__m256i low, __m256i high, char unit)
 {
     const __m256i wanted = _mm256_set1_epi8(unit);
@@ -152,9 +161,24 @@ AVX2_STEPS bool MarkTagAvx2(const WCHAR* pBlock, WCHAR last, TagMarks& marks)
     marks.lasts = BitsOf(low, high, static_cast<char>(last));
     return true;
 }
+
+AVX2_STEPS int CopyValueAvx2(const WCHAR* pFrom, int length, WCHAR* pTo)
+{
+    int count = 0;
+    for (; length - count >= UnitsPerBlock; count += UnitsPerBlock)
+    {
+        FetchAhead(pFrom + count);
+        const Quarters block = LoadBlock(pFrom + count);
+        const Quarters found = Either(Compare(block, _mm256_set1_epi16('"')), Compare(block, _mm256_set1_epi16('&')));
+        if (IsAny(_mm256_or_si256(AnyOf(found), NulsOf(block))))
+            break;
+        StoreBlock(pTo + count, block);
+    }
+    return CopyValueUnits(pFrom, count, length, pTo);
+}
 } // namespace
 
-const XmlVectorSteps s_avx2Steps{FindUnitAvx2, ReadBlocksAvx2, MarkTagAvx2};
+const XmlVectorSteps s_avx2Steps{FindUnitAvx2, ReadBlocksAvx2, MarkTagAvx2, CopyValueAvx2};
 
 bool HasAvx2()
 {

@@ -94,6 +94,22 @@ bool MarkTagSse2(const WCHAR* pBlock, WCHAR last, TagMarks& marks)
     marks.lasts = block.Marks(last);
     return true;
 }
+
+int CopyValueSse2(const WCHAR* pFrom, int length, WCHAR* pTo)
+{
+    int count = 0;
+    for (; length - count >= UnitsPerBlock; count += UnitsPerBlock)
+    {
+        FetchAhead(pFrom + count);
+        const PackedBlock block(pFrom + count);
+        const int end = count + UnitsPerBlock;
+        if (!block.MayHold(TEXT('"')) && !block.MayHold(TEXT('&')))
+            std::memcpy(pTo + count, pFrom + count, UnitsPerBlock * sizeof(WCHAR));
+        else if (const int stop = CopyValueUnits(pFrom, count, end, pTo); stop < end)
+            return stop;
+    }
+    return CopyValueUnits(pFrom, count, length, pTo);
+}
 } // namespace
 
-const XmlVectorSteps s_sse2Steps{FindUnitSse2, ReadBlocksSse2, MarkTagSse2};
+const XmlVectorSteps s_sse2Steps{FindUnitSse2, ReadBlocksSse2, MarkTagSse2, CopyValueSse2};

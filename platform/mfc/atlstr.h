@@ -188,6 +188,12 @@ public:
         Data()->length = length;
         m_pText[length] = 0;
     }
+    /// Gives back the room that the text does not need.
+    void FreeExtra()
+    {
+        if (Data()->capacity != GetLength())
+            SetString(m_pText, GetLength());
+    }
     /// length -1: up to the first NUL.
     void ReleaseBuffer(int length = -1) noexcept
     {

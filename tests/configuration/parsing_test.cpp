@@ -1,5 +1,6 @@
 /// Storage and registry read their texts by the same rules: one table for both.
 #include "configuration/Storage.h"
+#include "projection/Base64.h"
 #include "projection/ProjectionRegistry.h"
 
 #include <gtest/gtest.h>
@@ -65,4 +66,35 @@ TEST(Parsing, ReadsWhatADamagedTextStillSays)
             EXPECT_EQ(storage.ParseXML(nullptr) + registry.ParseXML(nullptr), 0);
             EXPECT_TRUE(storage.GetConfigurationMapById()->empty() && registry.m_definitions.empty());
         }
+}
+
+// Whatever follows them in the tag, and wherever in them a reference stands or something that is no base64.
+TEST(Parsing, ReadsLongValuesWhole)
+{
+    for (const size_t length : {30, 60, 66, 3000})
+    {
+        const CString text = WString(length, TEXT('t')).c_str();
+        const WString value = EncodeTextValue(text).GetString();
+        const WString other = TEXT(" other=\"") + WString(3 * length, TEXT('a')) + TEXT("\"");
+        const auto withReference = [&](size_t at)
+        {
+            CString reference;
+            reference.Format(TEXT("&#%d;"), value[at]);
+            return WString(value).replace(at, 1, reference.GetString());
+        };
+        const WString attributes[] = {TEXT(" id=\"") + value + TEXT("\""),
+                                      TEXT(" id=\"") + value + TEXT("\"") + other,
+                                      other + TEXT(" id=\"") + value + TEXT("\" "),
+                                      TEXT(" id=\"") + value + TEXT("! dHR0\"") + other,
+                                      TEXT(" id=\"") + withReference(0) + TEXT("\""),
+                                      TEXT(" id=\"") + withReference(value.size() / 2) + TEXT("\"") + other,
+                                      TEXT(" id='") + value + TEXT("'") + other};
+        for (const WString& attribute : attributes)
+        {
+            VLT::CStorage storage;
+            storage.ParseXML((TEXT("<storage><configuration") + attribute + TEXT("/></storage>")).c_str());
+            ASSERT_EQ(storage.GetConfigurationVector()->size(), 1U);
+            EXPECT_EQ(storage.GetConfigurationVector()->front()->GetId(), text) << PrintToString(attribute);
+        }
+    }
 }

@@ -230,7 +230,7 @@ private:
             text += Pick(s_whites) + Pick(s_names) + Pick(s_equals) + quote;
             for (int j = Below(4); j > 0; --j)
                 text += Below(2) == 0 ? Pick(m_pieces) : Pick(s_names);
-            text += quote;
+            text += WString(Below(8) == 0 ? Below(300) : 0, Below(4) == 0 ? 0x8FFF : 'v') + quote;
         }
         if (Below(3) == 0)
             return text + Pick(s_ends);

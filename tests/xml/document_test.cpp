@@ -152,4 +152,7 @@ TEST(XmlDocument, WhatIsTooLongForAFieldTouchesNoOther)
     EXPECT_EQ(Records(document, 65537), "196608+3 3/0 L0 p0 c0 n0 v65536 FU\n");
     EXPECT_TRUE(document.SetText(Repeat("<r><a b='", 1 << 22, "\"", "'/></r") + Repeat(" ", 1025, " ", ">")));
     EXPECT_EQ(Records(document, 1), "0+4195346 3/6 L0 p0 c2 n0 v1 F\n3+4194313 9/0 L1 p1 c0 n0 v2 F\n");
+    EXPECT_TRUE(document.SetText(Repeat("<a b=\"", 1 << 22, "v", "\"/>")));
+    EXPECT_TRUE(document.FindElement(nullptr));
+    EXPECT_EQ(document.GetAttribute(TEXT("b")).GetLength(), 1 << 22);
 }

@@ -16,8 +16,8 @@ using Text = std::vector<WCHAR>; // a block of its own length, so that a read be
 
 Text MakeText(std::mt19937& random, size_t length, int rarity)
 {
-    constexpr WCHAR marks[] = {'"', '\'', '>',  '<',  '/',    ' ',    '-',    '.', '=',
-                               '?', '\t', '\n', '\r', 0x8000, 0xFF22, 0x3E00, 0};
+    constexpr WCHAR marks[] = {'"', '\'', '>',  '<',  '/', ' ',    '-',    '.',    '=',
+                               '?', '\t', '\n', '\r', '&', 0x8000, 0xFF22, 0x3E00, 0};
     Text text(length, 'x');
     for (WCHAR& unit : text)
         if (random() % static_cast<unsigned>(rarity) == 0)
@@ -111,6 +111,11 @@ TEST_P(VectorForms, AgreeWithThePlainOne)
                   FindPlainly(text, from,
                               [](WCHAR unit) { return WString(TEXT("\"'>/ \t\n\r")).find(unit) != WString::npos; }));
 
+        Text copy(text.size() - static_cast<size_t>(from));
+        const int copied = GetParam()->pCopyValue(text.data() + from, length - from, copy.data());
+        ASSERT_EQ(from + copied, FindPlainly(text, from, [](WCHAR unit) { return unit == '"' || unit == '&'; }));
+        ASSERT_TRUE(std::equal(copy.begin(), copy.begin() + copied, text.begin() + from)) << "round " << round;
+
         const WCHAR open = std::array<WCHAR, 3>{0, '"', '\''}[random() % 3];
         const int blocks = std::min((length - from) / UnitsPerBlock, KnownBlocks::Most);
         KnownBlocks known;
@@ -153,7 +158,7 @@ TEST(PlainAttributes, AreWhatTheScannerFinds)
         return isPlain ? TEXT(" ") + name + TEXT("=\"") + value + TEXT("\"") : pieces[random() % std::size(pieces)];
     };
     std::mt19937 random(11);
-    int outcomes[3] = {};
+    int outcomes[4] = {};
     for (int round = 0; round < 60000; ++round)
     {
         WString text = TEXT("<") + WString(1 + random() % 70, 'n');
@@ -163,18 +168,22 @@ TEST(PlainAttributes, AreWhatTheScannerFinds)
         for (const WCHAR* pName : {TEXT("a"), TEXT("bb"), TEXT("ccc"), TEXT("n"), TEXT("dd[1]"), TEXT("")})
         {
             const PlainAttribute plain = FindPlainAttribute(text.c_str(), static_cast<int>(text.size()), 1, pName);
+            const bool isOpen = plain.outcome == PlainAttribute::Open;
+            const size_t end =
+                isOpen ? text.find('"', static_cast<size_t>(plain.first)) : static_cast<size_t>(plain.end);
             ++outcomes[plain.outcome];
-            if (plain.outcome == PlainAttribute::NotPlain)
+            if (plain.outcome == PlainAttribute::NotPlain || end == WString::npos)
                 continue;
             XmlScanner scanner{.next = 1, .text = text.c_str()};
-            ASSERT_EQ(ScanAttribute(scanner, pName), plain.outcome == PlainAttribute::Found) << "round " << round;
-            if (plain.outcome == PlainAttribute::Found)
+            ASSERT_EQ(ScanAttribute(scanner, pName), plain.outcome != PlainAttribute::Missing) << "round " << round;
+            if (plain.outcome != PlainAttribute::Missing)
             {
-                ASSERT_EQ(std::pair(scanner.first, scanner.last + 1), std::pair(plain.first, plain.end));
+                ASSERT_EQ(std::pair(scanner.first, scanner.last + 1), std::pair(plain.first, static_cast<int>(end)));
             }
         }
     }
     EXPECT_GT(outcomes[PlainAttribute::Found], 30000);
+    EXPECT_GT(outcomes[PlainAttribute::Open], 1000);
     EXPECT_GT(outcomes[PlainAttribute::Missing], 30000);
 }
 
