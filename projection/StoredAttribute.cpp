@@ -14,7 +14,7 @@ CString GetTextAttribute(const CXmlDocument& document, const WCHAR* pName)
     const std::optional<size_t> end = DecodeAsciiText(units.data(), units.size(), text);
     if (end && (*end == units.size() ? !isOpen : units[*end] != TEXT('&')))
     {
-        if (*end < units.size() / 2)
+        if (*end < units.size() / 2) // other attributes follow
             text.FreeExtra();
         return text;
     }

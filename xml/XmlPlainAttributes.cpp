@@ -113,7 +113,7 @@ PlainAttribute CPlainTag::ValueFrom(int first, int block, uint64_t closes) const
     if (ahead != 0)
         return {PlainAttribute::Found, first, block + std::countr_zero(ahead)};
     const int next = block + UnitsPerBlock;
-    const int end = FindUnit(m_pText, next, std::min(next + UnitsPerStep, m_length), TEXT('"'));
+    const int end = FindUnit(m_pText, next, next + std::min(UnitsPerStep, m_length - next), TEXT('"'));
     return {m_pText[end] == TEXT('"') ? PlainAttribute::Found : PlainAttribute::Open, first, end};
 }
 } // namespace

@@ -58,7 +58,8 @@ bool CTagEndFinder::Read(int first)
 void CTagEndFinder::ReadLast(int first)
 {
     WCHAR block[UnitsPerBlock];
-    WCHAR* const pEnd = std::copy(m_pText + std::min(first, m_length), m_pText + m_length, block);
-    std::fill(pEnd, std::end(block), TEXT(' '));
-    m_steps.pReadBlocks(block, first < m_length ? 1 : 0, m_known);
+    WCHAR* const pBlanks = std::copy(m_pText + first, m_pText + m_length, block);
+    std::fill(pBlanks, std::end(block), TEXT(' '));
+    m_steps.pReadBlocks(block, 1, m_known);
+    m_known.length = std::min(m_known.length, static_cast<unsigned>(m_length - first));
 }

@@ -53,11 +53,14 @@ inline __attribute__((always_inline)) void CollectEnds(const BlockMarks* pMarks,
 
         // Hardly ever more than one, but whether there is one cannot be foretold.
         uint64_t ends = pMarks[i].ends & ~inside;
-        const int first = known.first + i * UnitsPerBlock;
-        *pEnd = first + std::countr_zero(ends | uint64_t{1} << (UnitsPerBlock - 1));
+        // Unsigned, as the last block of a text may reach beyond what an int counts.
+        const auto first = static_cast<unsigned>(known.first + i * UnitsPerBlock);
+        const auto offsetOf = [first](uint64_t bits)
+        { return static_cast<int>(first + static_cast<unsigned>(std::countr_zero(bits))); };
+        *pEnd = offsetOf(ends | uint64_t{1} << (UnitsPerBlock - 1));
         pEnd += ends != 0;
         for (ends &= ends - 1; ends != 0; ends &= ends - 1)
-            *pEnd++ = first + std::countr_zero(ends);
+            *pEnd++ = offsetOf(ends);
     }
     known.length = static_cast<unsigned>(count) * UnitsPerBlock;
     known.open = before != 0 ? open : WCHAR{0};

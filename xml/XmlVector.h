@@ -69,8 +69,8 @@ inline unsigned MarksOf(__m128i bytes)
     return static_cast<unsigned>(_mm_movemask_epi8(bytes));
 }
 
-/// Asks for the text that a search will come to: so far ahead that memory has the time that it takes, across the pages
-/// at which the processor by itself stops asking.
+/// Asks for the text that a search will come to soon. Farther ahead gains on some processors and loses on others, whose
+/// own asking it disturbs.
 inline void FetchAhead(const WCHAR* pBlock)
 {
     constexpr int bytesAhead = 512;

@@ -111,8 +111,7 @@ TEST_F(Guarded, TheParserAndItsSearches)
                 pSteps->pFindUnit(pUnits, from, count, TEXT('^'));
                 KnownBlocks known;
                 pSteps->pReadBlocks(pUnits + from, (count - from) / UnitsPerBlock, known);
-                WCHAR value[512];
-                pSteps->pCopyValue(pUnits + from, count - from, value);
+                pSteps->pCopyValue(pUnits + from, count - from, WString(length, 0).data());
                 TagMarks marks;
                 if (count - from >= UnitsPerBlock)
                     pSteps->pMarkTag(pUnits + from, TEXT('x'), marks);
