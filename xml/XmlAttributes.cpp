@@ -6,7 +6,6 @@
 
 namespace
 {
-constexpr uint64_t NameDelimiters = UnitSet(TEXT("= \t\n\r>/?"));
 constexpr uint64_t ValueDelimiters = UnitSet(TEXT(" \t\n\r>"));
 
 /// Reads the token at next. False at the end of the text, which leaves first and last as they were.
@@ -33,8 +32,7 @@ bool ReadToken(XmlScanner& scanner, bool afterEqual)
     }
     scanner.flags &= ~QuotedTokenFlag;
     scanner.first = end;
-    const uint64_t delimiters = afterEqual ? ValueDelimiters : NameDelimiters;
-    while (!IsIn(delimiters, pText[end]))
+    while (afterEqual ? !IsIn(ValueDelimiters, pText[end]) : !EndsAttributeName(pText[end]))
         ++end;
     scanner.last = std::max(end - 1, scanner.first); // a delimiter is a token of its own
     scanner.next = scanner.last + 1;

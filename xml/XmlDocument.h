@@ -126,7 +126,8 @@ private:
     const WCHAR* BuildTable();
     bool IsInUse(int index) const { return index >= 0 && index < m_usedPositions; }
     bool HasName(int index, const WCHAR* pName) const;
-    CString GetOtherAttribute(PlainAttribute plain, int position, const WCHAR* pName) const;
+    int ShortLength(PlainAttribute plain) const;
+    void GetOtherAttribute(PlainAttribute plain, int position, const WCHAR* pName, CString& value) const;
     PlainAttribute FindPlainAt(int position, const WCHAR* pName) const;
     std::basic_string_view<WCHAR> RawUnits(PlainAttribute plain, int position, const WCHAR* pName) const;
     std::basic_string_view<WCHAR> UnitsToTagEnd(PlainAttribute plain, int position) const;

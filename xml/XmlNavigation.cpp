@@ -11,20 +11,8 @@ bool EndsFoundName(WCHAR unit)
     return unit <= TEXT('\\') && (IsIn(UnitSet(TEXT(" \t\n\r<>=/?!")), unit) || unit == TEXT('\\'));
 }
 
-/// pValue: ShortUnits units, of which the first length are the value. All are copied, since the processor cannot
-/// foretell a length.
-CString ShortValue(const WCHAR* pValue, int length)
-{
-    CString value;
-    const uint64_t references = CopyShort(pValue, value.GetBuffer(ShortUnits), TEXT('&'));
-    if ((references & ((uint64_t{1} << length) - 1)) != 0)
-        return DecodeEntities(pValue, length);
-    value.ReleaseBufferSetLength(length);
-    return value;
-}
-
 /// False: there is no " among the units, or an & in front of it.
-bool CopyOpenValue(std::basic_string_view<WCHAR> units, CString& value)
+bool CopyLongValue(std::basic_string_view<WCHAR> units, CString& value)
 {
     const int room = static_cast<int>(units.size());
     const int length = VectorSteps().pCopyValue(units.data(), room, value.GetBuffer(room));
@@ -65,8 +53,11 @@ int CXmlDocument::FindSibling(int parent, int current, const WCHAR* pName) const
 // The name ends at more units here than where the parser ends it for the end tag: "<a=b>" is found as a.
 bool CXmlDocument::HasName(int index, const WCHAR* pName) const
 {
-    const WCHAR* pToken = m_text.GetString() + At(index).start + 1;
-    int length = 0;
+    const int token = At(index).start + 1;
+    const WCHAR* const pToken = m_text.GetString() + token;
+    int length = PlainLength(pName);
+    if (m_text.GetLength() - token < length || !EqualUnits(pToken, pName, length))
+        return false;
     while (pToken[length] == pName[length] && !EndsFoundName(pToken[length]))
         ++length;
     return EndsFoundName(pToken[length]) && EndsAskedName(pName[length]);
@@ -89,22 +80,24 @@ CString CXmlDocument::GetAttribute(const WCHAR* pName) const
 CString CXmlDocument::GetAttributeAt(int position, const WCHAR* pName) const
 {
     const PlainAttribute plain = FindPlainAt(position, pName);
-    const int length = plain.end - plain.first;
-    if (plain.outcome == PlainAttribute::Found && length <= ShortUnits &&
-        m_text.GetLength() - plain.first >= ShortUnits)
-        return ShortValue(m_text.GetString() + plain.first, length);
-    return GetOtherAttribute(plain, position, pName);
+    CString value;
+    if (const int length = ShortLength(plain); length >= 0)
+    {
+        std::memcpy(value.GetBuffer(ShortUnits), m_text.GetString() + plain.first, ShortUnits * sizeof(WCHAR));
+        value.ReleaseBufferSetLength(length);
+        return value;
+    }
+    GetOtherAttribute(plain, position, pName, value);
+    return value;
 }
 
 /// One that is no short plain one.
-CString CXmlDocument::GetOtherAttribute(PlainAttribute plain, int position, const WCHAR* pName) const
+void CXmlDocument::GetOtherAttribute(PlainAttribute plain, int position, const WCHAR* pName, CString& value) const
 {
-    CString value;
-    if (plain.outcome == PlainAttribute::Open && CopyOpenValue(UnitsToTagEnd(plain, position), value))
-        return value;
+    if (plain.outcome == PlainAttribute::Found && CopyLongValue(UnitsToTagEnd(plain, position), value))
+        return;
     const std::basic_string_view<WCHAR> raw = RawUnits(plain, position, pName);
     value = DecodeEntities(raw.data(), static_cast<int>(raw.size()));
-    return value;
 }
 
 std::basic_string_view<WCHAR> CXmlDocument::GetRawAttribute(const WCHAR* pName) const
@@ -115,9 +108,23 @@ std::basic_string_view<WCHAR> CXmlDocument::GetRawAttribute(const WCHAR* pName) 
 CXmlDocument::RawAttribute CXmlDocument::FindAttribute(const WCHAR* pName) const
 {
     const PlainAttribute plain = FindPlainAt(m_currentPos, pName);
-    if (plain.outcome == PlainAttribute::Open)
+    if (const int length = ShortLength(plain); length >= 0)
+        return {{m_text.GetString() + plain.first, static_cast<size_t>(length)}, false};
+    if (plain.outcome == PlainAttribute::Found)
         return {UnitsToTagEnd(plain, m_currentPos), true};
     return {RawUnits(plain, m_currentPos, pName), false};
+}
+
+/// The length of a value whose closing " stands among ShortUnits units, with no & in front of it; else -1. There is no
+/// step for each unit, since the processor cannot foretell a length.
+inline int CXmlDocument::ShortLength(PlainAttribute plain) const
+{
+    if (plain.outcome != PlainAttribute::Found || m_text.GetLength() - plain.first < ShortUnits)
+        return -1;
+    const WCHAR* const pValue = m_text.GetString() + plain.first;
+    const uint32_t stops = ShortStops(pValue);
+    const int length = std::countr_zero(stops);
+    return stops != 0 && pValue[length] == TEXT('"') ? length : -1;
 }
 
 PlainAttribute CXmlDocument::FindPlainAt(int position, const WCHAR* pName) const
@@ -127,15 +134,13 @@ PlainAttribute CXmlDocument::FindPlainAt(int position, const WCHAR* pName) const
     return FindPlainAttribute(m_text, m_text.GetLength(), At(position).start + 1, pName);
 }
 
-/// Of what was found, or else looked for token by token.
+/// Up to the end, or else looked for token by token.
 std::basic_string_view<WCHAR> CXmlDocument::RawUnits(PlainAttribute plain, int position, const WCHAR* pName) const
 {
     const WCHAR* const pText = m_text.GetString();
     if (plain.outcome == PlainAttribute::Missing)
         return {};
     if (plain.outcome == PlainAttribute::Found)
-        return {pText + plain.first, pText + plain.end};
-    if (plain.outcome == PlainAttribute::Open)
     {
         const int end = FindUnit(pText, plain.first, m_text.GetLength(), TEXT('"'));
         if (pText[end] == TEXT('"'))
@@ -147,7 +152,7 @@ std::basic_string_view<WCHAR> CXmlDocument::RawUnits(PlainAttribute plain, int p
     return {pText + scanner.first, static_cast<size_t>(std::max(scanner.last + 1 - scanner.first, 0))};
 }
 
-/// From the open value on. Too few, if the length of the tag is beyond what a record holds.
+/// From the value on. Too few, if the length of the tag is beyond what a record holds.
 std::basic_string_view<WCHAR> CXmlDocument::UnitsToTagEnd(PlainAttribute plain, int position) const
 {
     const XmlElementPosition& element = At(position);

@@ -7,14 +7,12 @@ struct PlainAttribute
 {
     enum Outcome
     {
-        Found,
-        Open, ///< found, but not its end, which is far: the next ", unless a NUL comes first
+        Found, ///< the value goes up to the next ", unless a NUL comes first
         Missing,
         NotPlain ///< the tag or the name asked for is unlike that, or it stands in the text's last units
     };
     Outcome outcome;
-    int first = 0; ///< of the value's units, of which none is NUL
-    int end = 0;   ///< behind its last, if it is Found
+    int first = 0; ///< offset of the value's first unit
 };
 
 /// pText: length units and a NUL. tagName: the offset behind the < of a start tag.

@@ -96,6 +96,25 @@ inline bool EndsAskedName(WCHAR unit)
     return unit <= TEXT(']') && (IsIn(UnitSet(TEXT(" =/")), unit) || unit == TEXT('[') || unit == TEXT(']'));
 }
 
+/// What ends the name of an attribute.
+inline bool EndsAttributeName(WCHAR unit)
+{
+    return IsIn(UnitSet(TEXT("= \t\n\r>/?")), unit);
+}
+
+/// How many units of a name stand in front of the first that ends a name, of whatever kind, or may stand around one.
+inline int PlainLength(const WCHAR* pName)
+{
+    const auto isPlain = [](WCHAR unit)
+    { return unit > TEXT(']') || (unit >= 64 ? unit < TEXT('[') : !IsIn(UnitSet(TEXT(" \t\n\r<>=/?!\"'")), unit)); };
+    const WCHAR* pEnd = pName;
+    while (isPlain(pEnd[0]) && isPlain(pEnd[1]) && isPlain(pEnd[2]) && isPlain(pEnd[3])) // jumps cost more than looks
+        pEnd += 4;
+    while (isPlain(*pEnd))
+        ++pEnd;
+    return static_cast<int>(pEnd - pName);
+}
+
 /// Whether pName asks for the token of length units at pToken: equal unit by unit up to the end of pName or to one of
 /// " =/[]" in it. What stands behind that delimiter is ignored.
 inline bool NameMatches(const WCHAR* pToken, int length, const WCHAR* pName)

@@ -9,19 +9,9 @@
 #include <emmintrin.h>
 
 struct KnownBlocks;
+struct PlainAttribute;
 
 constexpr int UnitsPerBlock = 64;
-
-/// Of a block of text: a bit for each unit of that kind; the lowest is the first unit's.
-struct TagMarks
-{
-    uint64_t doubles; ///< "
-    uint64_t inside;  ///< from an odd one of them to before the next
-    uint64_t equals;  ///< =
-    uint64_t spaces;  ///< white space
-    uint64_t others;  ///< what else ends a name, and '
-    uint64_t lasts;   ///< the unit that is asked for besides
-};
 
 /// What is worth having in a form for each width of vectors.
 struct XmlVectorSteps
@@ -30,8 +20,8 @@ struct XmlVectorSteps
     int (*pFindUnit)(const WCHAR* pText, int from, int length, WCHAR unit);
     /// Reads up to count blocks of the text from pBlocks on, which stand at known.first, up to one that has a NUL.
     void (*pReadBlocks)(const WCHAR* pBlocks, int count, KnownBlocks& known);
-    /// Marks a block; last is ASCII. False if it has a NUL, or may have one.
-    bool (*pMarkTag)(const WCHAR* pBlock, WCHAR last, TagMarks& marks);
+    /// As FindPlainAttribute.
+    PlainAttribute (*pFindAttribute)(const WCHAR* pText, int length, int tagName, const WCHAR* pName);
     /// Copies units up to the first ", & or NUL, and length at most, for which pTo has room. Returns how many.
     int (*pCopyValue)(const WCHAR* pFrom, int length, WCHAR* pTo);
 };
@@ -51,6 +41,27 @@ inline uint64_t PrefixXor(uint64_t bits)
     for (int shift = 1; shift < UnitsPerBlock; shift *= 2)
         bits ^= bits << shift;
     return bits;
+}
+
+/// Whether the first length units of both are the same.
+inline bool EqualUnits(const WCHAR* pLeft, const WCHAR* pRight, int length)
+{
+    constexpr int few = sizeof(uint64_t) / sizeof(WCHAR);
+    const auto fewAt = [](const WCHAR* pUnits)
+    {
+        uint64_t units;
+        std::memcpy(&units, pUnits, sizeof units);
+        return units;
+    };
+    int i = 0;
+    for (; length - i > few; i += few)
+        if (fewAt(pLeft + i) != fewAt(pRight + i))
+            return false;
+    if (length >= few)
+        return fewAt(pLeft + length - few) == fewAt(pRight + length - few);
+    while (i < length && pLeft[i] == pRight[i])
+        ++i;
+    return i == length;
 }
 
 constexpr int UnitsPerStep = 16;
@@ -102,13 +113,15 @@ inline int FindUnit(const WCHAR* pText, int from, int length, WCHAR unit)
 
 constexpr int ShortUnits = 2 * UnitsPerStep;
 
-/// Copies ShortUnits units. A bit for each that is the wanted one, which is ASCII; the lowest is the first unit's.
-inline uint32_t CopyShort(const WCHAR* pFrom, WCHAR* pTo, WCHAR wanted)
+/// A bit for each of ShortUnits units that is ", & or NUL, or may be NUL; the lowest is the first unit's.
+inline uint32_t ShortStops(const WCHAR* pUnits)
 {
-    std::memcpy(pTo, pFrom, ShortUnits * sizeof(WCHAR));
-    const __m128i bytes = _mm_set1_epi8(static_cast<char>(wanted));
-    return MarksOf(_mm_cmpeq_epi8(PackUnits(pFrom), bytes)) |
-           MarksOf(_mm_cmpeq_epi8(PackUnits(pFrom + UnitsPerStep), bytes)) << UnitsPerStep;
+    const auto stops = [](__m128i units)
+    {
+        const auto marks = [units](char unit) { return _mm_cmpeq_epi8(units, _mm_set1_epi8(unit)); };
+        return MarksOf(_mm_or_si128(_mm_or_si128(marks('"'), marks('&')), marks(0)));
+    };
+    return stops(PackUnits(pUnits)) | stops(PackUnits(pUnits + UnitsPerStep)) << UnitsPerStep;
 }
 
 /// What pCopyValue does, for few units: from that offset up to that end, of which it returns the one that it came to.

@@ -1,3 +1,4 @@
+#include "xml/XmlPlainTag.h"
 #include "xml/XmlTagEnds.h"
 
 #include <immintrin.h>
@@ -142,24 +143,31 @@ AVX2_STEPS inline __m256i InTable(__m256i bytes, __m256i table)
     return _mm256_cmpeq_epi8(_mm256_shuffle_epi8(table, bytes), bytes);
 }
 
-AVX2_STEPS bool MarkTagAvx2(const WCHAR* pBlock, WCHAR last, TagMarks& marks)
+AVX2_STEPS bool MarkTagAvx2(const WCHAR* pBlock, WCHAR first, WCHAR last, TagMarks& marks)
 {
     const Quarters block = LoadBlock(pBlock);
     const __m256i low = Pack(block.first, block.second);
     const __m256i high = Pack(block.third, block.fourth);
-    if (MayHold(low, high, 0) && IsAny(NulsOf(block)))
-        return false;
-    const __m256i spaces = _mm256_broadcastsi128_si256(
-        _mm_setr_epi8(' ', -1, -1, -1, -1, -1, -1, -1, -1, '\t', '\n', -1, -1, '\r', -1, -1));
-    const __m256i others =
+    const __m256i stops =
         _mm256_broadcastsi128_si256(_mm_setr_epi8(-1, -1, -1, -1, -1, -1, -1, '\'', -1, -1, -1, -1, -1, -1, '>', '/'));
+    marks.stops = Bits(InTable(low, stops), InTable(high, stops));
+    if (MayHold(low, high, '?')) [[unlikely]] // which has the table's place of /
+    {
+        if (IsAny(NulsOf(block)))
+            return false;
+        marks.stops |= BitsOf(low, high, '?');
+    }
     marks.doubles = BitsOf(low, high, '"');
     marks.inside = QuickPrefixXor(marks.doubles);
     marks.equals = BitsOf(low, high, '=');
-    marks.spaces = Bits(InTable(low, spaces), InTable(high, spaces));
-    marks.others = Bits(InTable(low, others), InTable(high, others)) | BitsOf(low, high, '?');
+    marks.firsts = BitsOf(low, high, static_cast<char>(first));
     marks.lasts = BitsOf(low, high, static_cast<char>(last));
     return true;
+}
+
+AVX2_STEPS PlainAttribute FindAttributeAvx2(const WCHAR* pText, int length, int tagName, const WCHAR* pName)
+{
+    return FindInPlainTag<MarkTagAvx2>(pText, length, tagName, pName);
 }
 
 AVX2_STEPS int CopyValueAvx2(const WCHAR* pFrom, int length, WCHAR* pTo)
@@ -178,7 +186,7 @@ AVX2_STEPS int CopyValueAvx2(const WCHAR* pFrom, int length, WCHAR* pTo)
 }
 } // namespace
 
-const XmlVectorSteps s_avx2Steps{FindUnitAvx2, ReadBlocksAvx2, MarkTagAvx2, CopyValueAvx2};
+const XmlVectorSteps s_avx2Steps{FindUnitAvx2, ReadBlocksAvx2, FindAttributeAvx2, CopyValueAvx2};
 
 bool HasAvx2()
 {

@@ -1,3 +1,4 @@
+#include "xml/XmlPlainTag.h"
 #include "xml/XmlTagEnds.h"
 
 namespace
@@ -81,7 +82,7 @@ void ReadBlocksSse2(const WCHAR* pBlocks, int count, KnownBlocks& known)
     CollectEnds(marks, i, known);
 }
 
-bool MarkTagSse2(const WCHAR* pBlock, WCHAR last, TagMarks& marks)
+bool MarkTagSse2(const WCHAR* pBlock, WCHAR first, WCHAR last, TagMarks& marks)
 {
     const PackedBlock block(pBlock);
     if (block.MayHold(0))
@@ -89,10 +90,15 @@ bool MarkTagSse2(const WCHAR* pBlock, WCHAR last, TagMarks& marks)
     marks.doubles = block.Marks(TEXT('"'));
     marks.inside = PrefixXor(marks.doubles);
     marks.equals = block.Marks(TEXT('='));
-    marks.spaces = block.Marks(TEXT(' ')) | block.Marks(TEXT('\t')) | block.Marks(TEXT('\n')) | block.Marks(TEXT('\r'));
-    marks.others = block.Marks(TEXT('>')) | block.Marks(TEXT('/')) | block.Marks(TEXT('?')) | block.Marks(TEXT('\''));
+    marks.stops = block.Marks(TEXT('>')) | block.Marks(TEXT('/')) | block.Marks(TEXT('?')) | block.Marks(TEXT('\''));
+    marks.firsts = block.Marks(first);
     marks.lasts = block.Marks(last);
     return true;
+}
+
+PlainAttribute FindAttributeSse2(const WCHAR* pText, int length, int tagName, const WCHAR* pName)
+{
+    return FindInPlainTag<MarkTagSse2>(pText, length, tagName, pName);
 }
 
 int CopyValueSse2(const WCHAR* pFrom, int length, WCHAR* pTo)
@@ -112,4 +118,4 @@ int CopyValueSse2(const WCHAR* pFrom, int length, WCHAR* pTo)
 }
 } // namespace
 
-const XmlVectorSteps s_sse2Steps{FindUnitSse2, ReadBlocksSse2, MarkTagSse2, CopyValueSse2};
+const XmlVectorSteps s_sse2Steps{FindUnitSse2, ReadBlocksSse2, FindAttributeSse2, CopyValueSse2};

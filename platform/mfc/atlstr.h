@@ -163,6 +163,8 @@ public:
     {
         if (length < GetLength())
             length = GetLength();
+        if (IsNil())
+            return m_pText = NewText(length);
         if (!IsShared() && Data()->capacity >= length)
             return m_pText;
         CStringT own;

@@ -78,6 +78,7 @@ const WString s_document = TEXT("<r><tag aa=\"a value > of some length\" bb='&am
 
 TEST_F(Guarded, TheParserAndItsSearches)
 {
+    const auto forms = {&s_sse2Steps, HasAvx2() ? &s_avx2Steps : &s_sse2Steps};
     for (size_t length = 0; length <= s_document.size(); ++length)
     {
         const WString text = s_document.substr(0, length);
@@ -100,21 +101,19 @@ TEST_F(Guarded, TheParserAndItsSearches)
             XmlScanner attribute{.next = tagName, .text = pText};
             if (ScanAttribute(attribute, name.c_str()))
                 DecodeEntities(pText + attribute.first, attribute.last - attribute.first + 1);
-            FindPlainAttribute(pText, count, tagName, name.c_str());
+            for (const XmlVectorSteps* pSteps : forms)
+                pSteps->pFindAttribute(pText, count, tagName, name.c_str());
         }
 
         const WCHAR* pUnits = m_room.Put(text.c_str(), length); // these know the length, and need no NUL
         for (int from = 0; from <= count; ++from)
         {
-            for (const XmlVectorSteps* pSteps : {&s_sse2Steps, HasAvx2() ? &s_avx2Steps : &s_sse2Steps})
+            for (const XmlVectorSteps* pSteps : forms)
             {
                 pSteps->pFindUnit(pUnits, from, count, TEXT('^'));
                 KnownBlocks known;
                 pSteps->pReadBlocks(pUnits + from, (count - from) / UnitsPerBlock, known);
                 pSteps->pCopyValue(pUnits + from, count - from, WString(length, 0).data());
-                TagMarks marks;
-                if (count - from >= UnitsPerBlock)
-                    pSteps->pMarkTag(pUnits + from, TEXT('x'), marks);
             }
             FindUnit(pUnits, from, count, TEXT('^'));
             FindNameEnd(pUnits, from, count);

@@ -95,8 +95,9 @@ private:
     // From every element, in a long table from some: its attributes, and its children, by each name.
     void Walk()
     {
-        static constexpr const WCHAR* s_names[] = {TEXT("a"),       TEXT("a[1]"), TEXT("b="), TEXT("\u00FC x"),
-                                                   TEXT("b\u00FC"), TEXT(""),     nullptr};
+        static constexpr const WCHAR* s_names[] = {TEXT("a"),        TEXT("a[1]"),          TEXT("b="),
+                                                   TEXT("\u00FC x"), TEXT("b\u00FC"),       TEXT(""),
+                                                   TEXT("a\"b"),     TEXT("longerName[0]"), nullptr};
         const int used = m_engine.m_usedPositions;
         for (int i = 0; m_difference.empty() && i < used; i += used / 40 + 1)
             for (const WCHAR* pName : s_names)
@@ -216,7 +217,7 @@ private:
 
     WString Element(int depth)
     {
-        static const auto s_names = Split(TEXT("a|a|b|aa|a[1]|b=x|\u00FC:<|b\u00FC"));
+        static const auto s_names = Split(TEXT("a|a|b|aa|a[1]|b=x|\u00FC:<|b\u00FC|longerName|longorName|longerNam"));
         static const auto s_whites = Split(TEXT(" |\n|\t \r"));
         static const auto s_quotes = Split(TEXT("\"|\"|'||"));
         static const auto s_equals = Split(TEXT("=|=|= |\n=| "));
