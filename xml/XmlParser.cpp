@@ -65,7 +65,7 @@ public:
           m_pText(scanner.text),
           m_length(document.m_text.GetLength()),
           m_tagEnds(m_pText, m_length),
-          m_open(64, 0)
+          m_open(256, 0)
     {
         m_at.used = document.m_usedPositions;
         m_at = WithRecords(m_at);
@@ -85,7 +85,7 @@ private:
 
         // Where these records lie, which growth of the table changes.
         XmlElementPosition* pFree = nullptr;      ///< the first not in use
-        XmlElementPosition* pEndOfFree = nullptr; ///< behind those that follow it in one piece
+        XmlElementPosition* pEndOfFree = nullptr; ///< behind those that follow in one piece, and have room in m_open
         XmlElementPosition* pParent = nullptr;    ///< the innermost open element
         XmlElementPosition* pLastChild = nullptr; ///< if there is one
     };
@@ -101,7 +101,7 @@ private:
     bool ReadStartTag(Place& at);
     bool EndsInSlash(int nameEnd, int end) const;
     bool ReadEndTag(Place& at);
-    void StartElement(Place& at, int length, bool isEmpty);
+    [[nodiscard]] bool StartElement(Place& at, int length, bool isEmpty);
     void EndElement(Place& at, int length);
     void GoUp(Place& at);
     Place WithMoreRecords(Place at);
@@ -123,7 +123,8 @@ private:
     const int m_length;
     CTagEndFinder m_tagEnds;
     Place m_at;
-    int m_openRoom = 64;
+    bool m_isFull = false; ///< an element found no free record
+    int m_openRoom = 256;
     std::vector<int> m_open; ///< the open elements, outermost first, behind record 0; the rest is room
     COpenNames m_openNames;
 };
@@ -133,29 +134,37 @@ void CTreeBuilder::Build()
     for (;;)
     {
         ReadCommonTags();
+        if (m_pText[m_at.next] == TEXT('<'))
+        {
+            ReadOtherNode();
+            continue;
+        }
         // Text leaves no trace in the table.
         m_at.next = FindUnit(m_pText, m_at.next, m_length, TEXT('<'));
         if (m_pText[m_at.next] == 0)
             break;
-        ReadCommonTags();
-        if (m_pText[m_at.next] == TEXT('<'))
-            ReadOtherNode();
     }
     EndText();
     m_document.m_usedPositions = m_at.used;
 }
 
-/// Start tags and end tags as they nearly always are, as long as they follow each other.
-void CTreeBuilder::ReadCommonTags()
+/// Start tags and end tags as they nearly always are, as long as they follow each other. The inner loop calls nothing:
+/// what has to be called for ends it, so that the walk keeps its numbers in registers.
+[[gnu::noinline]] void CTreeBuilder::ReadCommonTags()
 {
     Place at = m_at;
-    while (ReadStartTag(at) || ReadEndTag(at))
+    do
     {
-    }
+        if (m_isFull)
+            at = WithMoreRecords(at);
+        while (ReadStartTag(at) || ReadEndTag(at))
+        {
+        }
+    } while (m_isFull || m_tagEnds.ReadOn());
     m_at = at;
 }
 
-/// False: none, or none that is plain to see.
+/// False: none, or none that is plain to see, or something is missing that the loop around gets.
 inline bool CTreeBuilder::ReadStartTag(Place& at)
 {
     const WCHAR* const pTag = m_pText + at.next;
@@ -163,23 +172,16 @@ inline bool CTreeBuilder::ReadStartTag(Place& at)
         return false;
     // The shortest tags are not worth a search.
     if (pTag[2] == TEXT('>'))
-    {
-        StartElement(at, 3, false);
-        return true;
-    }
+        return StartElement(at, 3, false);
     if (pTag[2] == TEXT('/') && pTag[3] == TEXT('>'))
-    {
-        StartElement(at, 4, true);
-        return true;
-    }
+        return StartElement(at, 4, true);
     const int end = m_tagEnds.Find(at.next + 2);
     if (end == CTagEndFinder::NotFound)
         return false;
     const int nameEnd = FindNameEnd(m_pText, at.next + 2, m_length);
     if (IsXmlQuote(m_pText[nameEnd])) // there it protects nothing
         return false;
-    StartElement(at, end + 1 - at.next, EndsInSlash(nameEnd, end));
-    return true;
+    return StartElement(at, end + 1 - at.next, EndsInSlash(nameEnd, end));
 }
 
 /// A / before the > counts directly behind the name, white space or a quote only, so that the unquoted value of
@@ -211,11 +213,14 @@ inline bool CTreeBuilder::ReadEndTag(Place& at)
 }
 
 /// Of the start tag of that length. length and tagLengths of the record are at first those of an element that ends with
-/// its start tag. That is what an empty and an unended one keep.
-inline void CTreeBuilder::StartElement(Place& at, int length, bool isEmpty)
+/// its start tag. That is what an empty and an unended one keep. False: no record is free.
+inline bool CTreeBuilder::StartElement(Place& at, int length, bool isEmpty)
 {
-    if (at.pFree == at.pEndOfFree)
-        at = WithMoreRecords(at);
+    if (at.pFree == at.pEndOfFree) [[unlikely]]
+    {
+        m_isFull = true;
+        return false;
+    }
     const int index = at.used++;
     XmlElementPosition& element = *at.pFree++;
     const bool isFirst = at.lastChild == 0;
@@ -235,12 +240,12 @@ inline void CTreeBuilder::StartElement(Place& at, int length, bool isEmpty)
     at.lastChild = index;
     at.pLastChild = &element;
     if (isEmpty)
-        return;
+        return true;
     at.pParent = &element;
     at.lastChild = 0;
-    if (++at.depth == m_openRoom)
-        m_open.resize(static_cast<size_t>(m_openRoom *= 2));
+    ++at.depth;
     m_open[static_cast<size_t>(at.depth)] = index;
+    return true;
 }
 
 /// The innermost open element, with its end tag of that length.
@@ -266,6 +271,7 @@ inline void CTreeBuilder::GoUp(Place& at)
 
 CTreeBuilder::Place CTreeBuilder::WithMoreRecords(Place at)
 {
+    m_isFull = false;
     if (at.used == m_document.m_capacity)
     {
         m_document.m_usedPositions = at.used;
@@ -276,9 +282,11 @@ CTreeBuilder::Place CTreeBuilder::WithMoreRecords(Place at)
 
 CTreeBuilder::Place CTreeBuilder::WithRecords(Place at)
 {
+    if (at.depth + 1 == m_openRoom)
+        m_open.resize(static_cast<size_t>(m_openRoom *= 2));
     const auto free = m_document.FreeRecords(at.used);
     at.pFree = free.data();
-    at.pEndOfFree = free.data() + free.size();
+    at.pEndOfFree = free.data() + std::min(free.size(), static_cast<size_t>(m_openRoom - at.depth - 1));
     at.pParent = &At(Innermost(at));
     at.pLastChild = &At(at.lastChild);
     return at;
@@ -291,7 +299,8 @@ void CTreeBuilder::ReadOtherNode()
     switch (ReadNode(m_scanner, node))
     {
     case NodeElement:
-        StartElement(m_at, node.length, (node.flags & EmptyElementFlag) != 0);
+        while (!StartElement(m_at, node.length, (node.flags & EmptyElementFlag) != 0))
+            m_at = WithMoreRecords(m_at);
         break;
     case NodeEndTag:
         EndElementByName(node.length);

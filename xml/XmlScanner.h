@@ -73,6 +73,8 @@ inline bool IsXmlQuote(WCHAR unit)
 /// Nothing up to '9' starts a name, nor does ; < = > ? @ [ \ ] ^ or the backtick; all of non-ASCII does.
 inline bool StartsName(WCHAR unit)
 {
+    if (unit > TEXT('`')) // nearly all do
+        return true;
     return unit > TEXT('9') && (unit < TEXT(';') || unit > TEXT('@')) && (unit < TEXT('[') || unit > TEXT('^')) &&
            unit != TEXT('`');
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 uint64_t WalkQuotes(const BlockMarks& marks, WCHAR& open)
 {
@@ -19,6 +20,18 @@ uint64_t WalkQuotes(const BlockMarks& marks, WCHAR& open)
         ahead = ~uint64_t{1} << next;
         open = open != 0 ? WCHAR{0} : (marks.doubles >> next & 1) != 0 ? TEXT('"') : TEXT('\'');
     }
+}
+
+bool CTagEndFinder::ReadOn()
+{
+    const int from = std::exchange(m_wanted, NotFound);
+    if (from == NotFound || (!IsOutside(from) && !Restart(from)))
+        return false;
+    m_readFor = from;
+    while (!Knows(from))
+        if (!ReadNext())
+            return false;
+    return true;
 }
 
 /// From that unit on, outside quotes. False: there is no further block.

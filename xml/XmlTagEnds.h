@@ -77,21 +77,18 @@ public:
     CTagEndFinder(const WCHAR* pText, int length) : m_pText(pText), m_length(length), m_steps(VectorSteps()) {}
 
     /// The offset of the first > outside quotes from that unit on, which lies in a start tag and not before that of
-    /// the last call. NotFound if there is none, or if the way there leads into a block with a NUL: that is for a
-    /// reader that goes unit by unit.
+    /// the last call. NotFound if what is known does not tell it: then ReadOn may help.
     int Find(int from)
     {
-        if (!IsOutside(from) && !Restart(from))
-            return NotFound;
-        for (;;)
-        {
-            for (; m_nextEnd < m_known.endCount; ++m_nextEnd)
-                if (m_known.ends[m_nextEnd] >= from)
-                    return m_known.ends[m_nextEnd];
-            if (!ReadNext())
-                return NotFound;
-        }
+        if ((IsOutside(from) || from == m_readFor) && Knows(from))
+            return m_known.ends[m_nextEnd];
+        m_wanted = from;
+        return NotFound;
     }
+
+    /// Reads what the last Find did not know. False if there is no such >, or the way there leads into a block with a
+    /// NUL, which is for a reader that goes unit by unit; or if that Find has been answered.
+    bool ReadOn();
 
 private:
     /// Whether what is known of the blocks holds for a tag that starts there too: as long as nothing but tags stands
@@ -101,6 +98,13 @@ private:
         const auto before = static_cast<unsigned>(from - 1 - m_known.first); // none if it stands in front
         return before < m_known.length && (m_known.inside[before / UnitsPerBlock] >> before % UnitsPerBlock & 1) == 0;
     }
+    /// Whether there is an end from there on.
+    bool Knows(int from)
+    {
+        while (m_nextEnd < m_known.endCount && m_known.ends[m_nextEnd] < from)
+            ++m_nextEnd;
+        return m_nextEnd < m_known.endCount;
+    }
     bool Restart(int from);
     bool ReadNext();
     bool Read(int first);
@@ -109,6 +113,8 @@ private:
     const WCHAR* const m_pText;
     const int m_length;
     const XmlVectorSteps& m_steps;
+    int m_wanted = NotFound;  ///< what Find did not know
+    int m_readFor = NotFound; ///< what ReadOn did; the tag may begin before the known blocks
     int m_blocksAtOnce = 1;
     int m_nextEnd = 0; ///< in m_known.ends, the first that was not passed by
     KnownBlocks m_known;

@@ -148,20 +148,22 @@ inline int FindNameEnd(const WCHAR* pText, int from, int length)
     { return unit < 64 && (uint64_t{0x4000808500002601} >> unit & 1) != 0; };
     static_assert((1ULL << '\t' | 1ULL << '\n' | 1ULL << '\r' | 1ULL << ' ' | 1ULL << '"' | 1ULL << '\'' | 1ULL << '/' |
                    1ULL << '>' | 1) == 0x4000808500002601);
-    for (; length - from >= UnitsPerStep; from += UnitsPerStep)
+    // All that ends a name is at most '/', but for the >. Little else is.
+    const auto marksOf = [](const WCHAR* pUnits)
     {
-        // All that ends a name is at most '/', but for the >. Little else is.
-        const __m128i units = PackUnits(pText + from);
+        const __m128i units = PackUnits(pUnits);
         const __m128i slash = _mm_set1_epi8('/');
-        const __m128i found =
-            _mm_or_si128(_mm_cmpeq_epi8(_mm_max_epu8(units, slash), slash), _mm_cmpeq_epi8(units, _mm_set1_epi8('>')));
-        for (unsigned marks = MarksOf(found); marks != 0; marks &= marks - 1)
+        return MarksOf(
+            _mm_or_si128(_mm_cmpeq_epi8(_mm_max_epu8(units, slash), slash), _mm_cmpeq_epi8(units, _mm_set1_epi8('>'))));
+    };
+    for (; length - from >= ShortUnits; from += ShortUnits)
+        for (uint32_t marks = marksOf(pText + from) | marksOf(pText + from + UnitsPerStep) << UnitsPerStep; marks != 0;
+             marks &= marks - 1)
         {
             const int at = from + std::countr_zero(marks);
             if (endsName(pText[at]))
                 return at;
         }
-    }
     while (from < length && !endsName(pText[from]))
         ++from;
     return from;

@@ -313,7 +313,7 @@ TEST(XmlAgreement, LongTexts)
         mixed += texts.Pick(tags);
     const WString blanks = Repeated(TEXT("        "), 600'000); // more than 22 bits tell
     for (const WString& text :
-         {Repeated(TEXT("<a/>"), 70'000), mixed, mixed.substr(1'000, 50'000),
+         {Repeated(TEXT("<a/>"), 70'000), Repeated(TEXT("<a\"b>"), 1'000), mixed, mixed.substr(1'000, 50'000),
           Repeated(TEXT("<a>"), 66'000) + Repeated(TEXT("</a >"), 66'000),
           Repeated(TEXT("<a>"), 40) + Repeated(TEXT("<b>"), 40) + TEXT("</c></a></b></a>"),
           TEXT("<a") + blanks + TEXT("></a") + blanks + TEXT(">"), TEXT("<r><a") + blanks + TEXT("></r><b>"),
