@@ -51,6 +51,7 @@ int CXmlDocument::FindSibling(int parent, int current, const WCHAR* pName) const
 
 // As NameMatches has it, without looking for the end of the token first.
 // The name ends at more units here than where the parser ends it for the end tag: "<a=b>" is found as a.
+// What comes before the first of them is compared many units at once.
 bool CXmlDocument::HasName(int index, const WCHAR* pName) const
 {
     const int token = At(index).start + 1;

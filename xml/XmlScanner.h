@@ -104,7 +104,7 @@ inline bool EndsAttributeName(WCHAR unit)
     return IsIn(UnitSet(TEXT("= \t\n\r>/?")), unit);
 }
 
-/// How many units of a name stand in front of the first that ends a name, of whatever kind, or may stand around one.
+/// How many units the name has before the first that ends a name somewhere, asked for or found, or is a quote.
 inline int PlainLength(const WCHAR* pName)
 {
     const auto isPlain = [](WCHAR unit)
