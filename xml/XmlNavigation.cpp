@@ -135,7 +135,7 @@ PlainAttribute CXmlDocument::FindPlainAt(int position, const WCHAR* pName) const
     return FindPlainAttribute(m_text, m_text.GetLength(), At(position).start + 1, pName);
 }
 
-/// Up to the end, or else looked for token by token.
+/// The value up to its closing quote if the tag is plain, else what the tokens give.
 std::basic_string_view<WCHAR> CXmlDocument::RawUnits(PlainAttribute plain, int position, const WCHAR* pName) const
 {
     const WCHAR* const pText = m_text.GetString();
