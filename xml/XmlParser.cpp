@@ -99,6 +99,7 @@ private:
 
     void ReadCommonTags();
     bool ReadStartTag(Place& at);
+    int FindTagNameEnd(int tag, int end, uint64_t inside);
     bool EndsInSlash(int nameEnd, int end) const;
     bool ReadEndTag(Place& at);
     [[nodiscard]] bool StartElement(Place& at, int length, bool isEmpty);
@@ -123,7 +124,9 @@ private:
     const int m_length;
     CTagEndFinder m_tagEnds;
     Place m_at;
-    bool m_isFull = false; ///< an element found no free record
+    int m_nameLength = 0;    ///< of the name that was looked for last, with the < in front of it
+    uint64_t m_nameBits = 0; ///< as many ones
+    bool m_isFull = false;   ///< an element found no free record
     int m_openRoom = 256;
     std::vector<int> m_open; ///< the open elements, outermost first, behind record 0; the rest is room
     COpenNames m_openNames;
@@ -175,13 +178,26 @@ inline bool CTreeBuilder::ReadStartTag(Place& at)
         return StartElement(at, 3, false);
     if (pTag[2] == TEXT('/') && pTag[3] == TEXT('>'))
         return StartElement(at, 4, true);
-    const int end = m_tagEnds.Find(at.next + 2);
+    const auto [end, inside] = m_tagEnds.Find(at.next + 2);
     if (end == CTagEndFinder::NotFound)
         return false;
-    const int nameEnd = FindNameEnd(m_pText, at.next + 2, m_length);
+    const int nameEnd = FindTagNameEnd(at.next, end, inside);
     if (IsXmlQuote(m_pText[nameEnd])) // there it protects nothing
         return false;
     return StartElement(at, end + 1 - at.next, EndsInSlash(nameEnd, end));
+}
+
+/// Where the name of that tag ends, which goes up to that end. Or the offset of a space behind it with no quote up to
+/// there, which tells as much: tags that follow each other mostly have names of the same length.
+/// inside: what Find gave.
+inline int CTreeBuilder::FindTagNameEnd(int tag, int end, uint64_t inside)
+{
+    if (m_nameLength < end - tag && m_pText[tag + m_nameLength] == TEXT(' ') && (inside & m_nameBits) == 0)
+        return tag + m_nameLength;
+    const int nameEnd = FindNameEnd(m_pText, tag + 2, m_length);
+    m_nameLength = std::min(nameEnd - tag, CTagEndFinder::InsideBits);
+    m_nameBits = (uint64_t{1} << m_nameLength) - 1;
+    return nameEnd;
 }
 
 /// A / before the > counts directly behind the name, white space or a quote only, so that the unquoted value of

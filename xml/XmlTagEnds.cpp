@@ -28,7 +28,7 @@ bool CTagEndFinder::ReadOn()
     if (from == NotFound || (!IsOutside(from) && !Restart(from)))
         return false;
     m_readFor = from;
-    while (!Knows(from))
+    while (KnownEnd(from) == NotFound)
         if (!ReadNext())
             return false;
     return true;

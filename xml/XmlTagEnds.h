@@ -2,6 +2,8 @@
 /// Finds the ends of start tags many at once.
 #include "xml/XmlVector.h"
 
+#include <climits>
+
 /// Of a block: a bit for each unit of that kind; the lowest is the first unit's.
 struct BlockMarks
 {
@@ -15,75 +17,106 @@ struct BlockMarks
 struct KnownBlocks
 {
     static constexpr int Most = 32;
+    static constexpr int NoEnd = INT_MAX;
 
-    int first = 0;         ///< offset of the first of them
-    unsigned length = 0;   ///< in units
-    WCHAR open = 0;        ///< the quote that is open behind them; before they are read, in front of them
-    int endCount = 0;      ///< of ends
-    uint64_t inside[Most]; ///< of each block: a bit for each unit from an opening quote to before the closing one
-    int ends[Most * UnitsPerBlock + 1]; ///< offsets of the > outside quotes
+    int first = 0;       ///< offset of the first of them
+    unsigned length = 0; ///< in units
+    WCHAR open = 0;      ///< the quote that is open behind them; before they are read, in front of them
+    /// Of each block: a bit for each unit from an opening quote to before the closing one. The last is not in use, but
+    /// read, since bits are read from any byte on.
+    uint64_t inside[Most + 1] = {};
+    int ends[Most * UnitsPerBlock + 1]; ///< offsets of the > outside quotes, and NoEnd behind them
 };
 
 /// From one quote to the next, since those of one kind say nothing inside the other. open: the one that is open before
 /// the block, and then behind it. Returns the bits from an opening quote to before the closing one.
 uint64_t WalkQuotes(const BlockMarks& marks, WCHAR& open);
 
-/// Makes the marks of count blocks known, which stand at known.first. Part of each vector form, for whose processor it
-/// is compiled.
-inline __attribute__((always_inline)) void CollectEnds(const BlockMarks* pMarks, int count, KnownBlocks& known)
+/// Makes blocks known from their marks, one behind the other. Part of each vector form, for whose processor it is
+/// compiled.
+class CBlockCollector
 {
-    WCHAR open = known.open;
-    uint64_t before = open != 0 ? ~uint64_t{0} : 0; // of the last unit's place in quotes a copy for each unit
-    int* pEnd = known.ends;
-    for (int i = 0; i < count; ++i)
+public:
+    explicit CBlockCollector(KnownBlocks& known)
+        : m_known(known),
+          m_pInside(known.inside),
+          m_pEnd(known.ends),
+          m_next(static_cast<unsigned>(known.first)),
+          m_open(known.open != 0 ? ~uint64_t{0} : 0),
+          m_openSingle(known.open == TEXT('\'') ? ~uint64_t{0} : 0)
     {
-        uint64_t inside = 0;
-        if (pMarks[i].singles == 0 && (open != TEXT('\'') || before == 0))
+    }
+
+    [[gnu::always_inline]] void Add(const BlockMarks& marks)
+    {
+        uint64_t inside = marks.insideDoubles ^ m_open;
+        if ((marks.singles | m_openSingle) != 0) [[unlikely]]
         {
-            inside = pMarks[i].insideDoubles ^ before;
-            open = TEXT('"'); // if any
+            WCHAR open = OpenQuote();
+            inside = WalkQuotes(marks, open);
+            m_openSingle = open == TEXT('\'') ? ~uint64_t{0} : 0;
         }
-        else
-        {
-            open = before == 0 ? WCHAR{0} : open;
-            inside = WalkQuotes(pMarks[i], open);
-        }
-        before = 0 - (inside >> (UnitsPerBlock - 1));
-        known.inside[i] = inside;
+        m_open = 0 - (inside >> (UnitsPerBlock - 1));
+        *m_pInside++ = inside;
 
         // Hardly ever more than one, but whether there is one cannot be foretold.
-        uint64_t ends = pMarks[i].ends & ~inside;
-        // Unsigned, as the last block of a text may reach beyond what an int counts.
-        const auto first = static_cast<unsigned>(known.first + i * UnitsPerBlock);
-        const auto offsetOf = [first](uint64_t bits)
-        { return static_cast<int>(first + static_cast<unsigned>(std::countr_zero(bits))); };
-        *pEnd = offsetOf(ends | uint64_t{1} << (UnitsPerBlock - 1));
-        pEnd += ends != 0;
+        uint64_t ends = marks.ends & ~inside;
+        *m_pEnd = OffsetOf(ends);
+        m_pEnd += ends != 0;
         for (ends &= ends - 1; ends != 0; ends &= ends - 1)
-            *pEnd++ = offsetOf(ends);
+            *m_pEnd++ = OffsetOf(ends);
+        m_next += UnitsPerBlock;
     }
-    known.length = static_cast<unsigned>(count) * UnitsPerBlock;
-    known.open = before != 0 ? open : WCHAR{0};
-    known.endCount = static_cast<int>(pEnd - known.ends);
-}
+
+    void Finish()
+    {
+        m_known.length = m_next - static_cast<unsigned>(m_known.first);
+        m_known.open = OpenQuote();
+        *m_pEnd = KnownBlocks::NoEnd;
+    }
+
+private:
+    WCHAR OpenQuote() const { return m_open == 0 ? WCHAR{0} : m_openSingle == 0 ? TEXT('"') : TEXT('\''); }
+    [[gnu::always_inline]] int OffsetOf(uint64_t bits) const
+    {
+        return static_cast<int>(m_next + static_cast<unsigned>(std::countr_zero(bits)));
+    }
+
+    KnownBlocks& m_known;
+    uint64_t* m_pInside;
+    int* m_pEnd;
+    unsigned m_next; ///< offset of the next block; unsigned, as the last one may reach beyond what an int counts
+    // A bit for each unit, all alike: whether a quote is open in front of the next block, and whether a single one.
+    uint64_t m_open;
+    uint64_t m_openSingle;
+};
 
 /// Goes over the text once, some blocks at a time, and keeps what it knows of them, since many short tags lie in them.
 class CTagEndFinder
 {
 public:
-    static constexpr int NotFound = -1;
+    static constexpr int NotFound = KnownBlocks::NoEnd;
+    static constexpr int InsideBits = 56;
+
+    struct TagEnd
+    {
+        int end;         ///< offset of the >, or NotFound
+        uint64_t inside; ///< InsideBits, for the units up to that end; all ones if it is not known where quotes stand
+    };
 
     // cppcheck-suppress uninitMemberVar ; as long as no block is known, nothing of it is read
     CTagEndFinder(const WCHAR* pText, int length) : m_pText(pText), m_length(length), m_steps(VectorSteps()) {}
 
-    /// The offset of the first > outside quotes from that unit on, which lies in a start tag and not before that of
-    /// the last call. NotFound if what is known does not tell it: then ReadOn may help.
-    int Find(int from)
+    /// The first > outside quotes from that unit on, which lies in a start tag and not before that of the last call.
+    /// NotFound if what is known does not tell it: then ReadOn may help.
+    /// inside has a bit for each unit from the one in front of that on, if it stands in quotes or opens them.
+    TagEnd Find(int from)
     {
-        if ((IsOutside(from) || from == m_readFor) && Knows(from))
-            return m_known.ends[m_nextEnd];
-        m_wanted = from;
-        return NotFound;
+        const uint64_t inside = InsideFrom(from - 1);
+        const int end = (inside & 1) == 0 || from == m_readFor ? KnownEnd(from) : NotFound;
+        if (end == NotFound)
+            m_wanted = from;
+        return {end, inside};
     }
 
     /// Reads what the last Find did not know. False if there is no such >, or the way there leads into a block with a
@@ -91,19 +124,25 @@ public:
     bool ReadOn();
 
 private:
+    /// As the inside of a TagEnd.
+    uint64_t InsideFrom(int first) const
+    {
+        const auto place = static_cast<unsigned>(first - m_known.first); // beyond them too if it stands in front
+        if (place >= m_known.length)
+            return ~uint64_t{0};
+        uint64_t inside; // from a byte on, whatever word it lies in
+        std::memcpy(&inside, reinterpret_cast<const char*>(m_known.inside) + place / CHAR_BIT, sizeof inside);
+        return inside >> place % CHAR_BIT;
+    }
     /// Whether what is known of the blocks holds for a tag that starts there too: as long as nothing but tags stands
     /// in them, it does.
-    bool IsOutside(int from) const
+    bool IsOutside(int from) const { return (InsideFrom(from - 1) & 1) == 0; }
+    /// The first one from there on, or NoEnd.
+    int KnownEnd(int from)
     {
-        const auto before = static_cast<unsigned>(from - 1 - m_known.first); // none if it stands in front
-        return before < m_known.length && (m_known.inside[before / UnitsPerBlock] >> before % UnitsPerBlock & 1) == 0;
-    }
-    /// Whether there is an end from there on.
-    bool Knows(int from)
-    {
-        while (m_nextEnd < m_known.endCount && m_known.ends[m_nextEnd] < from)
+        while (m_known.ends[m_nextEnd] < from)
             ++m_nextEnd;
-        return m_nextEnd < m_known.endCount;
+        return m_known.ends[m_nextEnd];
     }
     bool Restart(int from);
     bool ReadNext();

@@ -117,9 +117,8 @@ AVX2_STEPS int FindUnitAvx2(const WCHAR* pText, int from, int length, WCHAR unit
 
 AVX2_STEPS void ReadBlocksAvx2(const WCHAR* pBlocks, int count, KnownBlocks& known)
 {
-    BlockMarks marks[KnownBlocks::Most];
-    int i = 0;
-    for (; i < count; ++i, pBlocks += UnitsPerBlock)
+    CBlockCollector collector(known);
+    for (int i = 0; i < count; ++i, pBlocks += UnitsPerBlock)
     {
         const Quarters block = LoadBlock(pBlocks);
         const __m256i low = Pack(block.first, block.second);
@@ -132,9 +131,9 @@ AVX2_STEPS void ReadBlocksAvx2(const WCHAR* pBlocks, int count, KnownBlocks& kno
             singles = BitsOf(low, high, '\'');
         }
         const uint64_t doubles = BitsOf(low, high, '"');
-        marks[i] = {doubles, QuickPrefixXor(doubles), singles, BitsOf(low, high, '>')};
+        collector.Add({doubles, QuickPrefixXor(doubles), singles, BitsOf(low, high, '>')});
     }
-    CollectEnds(marks, i, known);
+    collector.Finish();
 }
 
 /// The bytes that the table holds at the place of their low half.

@@ -64,9 +64,8 @@ bool HasNul(const WCHAR* pUnits, uint64_t mayBe)
 
 void ReadBlocksSse2(const WCHAR* pBlocks, int count, KnownBlocks& known)
 {
-    BlockMarks marks[KnownBlocks::Most];
-    int i = 0;
-    for (; i < count; ++i, pBlocks += UnitsPerBlock)
+    CBlockCollector collector(known);
+    for (int i = 0; i < count; ++i, pBlocks += UnitsPerBlock)
     {
         const PackedBlock block(pBlocks);
         uint64_t singles = 0;
@@ -77,9 +76,9 @@ void ReadBlocksSse2(const WCHAR* pBlocks, int count, KnownBlocks& known)
             singles = block.Marks(TEXT('\''));
         }
         const uint64_t doubles = block.Marks(TEXT('"'));
-        marks[i] = {doubles, PrefixXor(doubles), singles, block.Marks(TEXT('>'))};
+        collector.Add({doubles, PrefixXor(doubles), singles, block.Marks(TEXT('>'))});
     }
-    CollectEnds(marks, i, known);
+    collector.Finish();
 }
 
 bool MarkTagSse2(const WCHAR* pBlock, WCHAR first, WCHAR last, TagMarks& marks)

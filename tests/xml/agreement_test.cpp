@@ -290,6 +290,25 @@ TEST(XmlAgreement, EveryShortText)
     TryEveryRow(TEXT("<r a=\"&#"), Split(TEXT("0|x|X|41|-|+| \v|;|&lt;|b")), 4 + more, TEXT("\" b=';'>"));
 }
 
+// Behind a tag one whose name is as long, but for a unit that ends it or opens a quote; and that anywhere in a block.
+TEST(XmlAgreement, NamesOfOneLength)
+{
+    const WString behind = TEXT(" b=\">\"/>'") + WString(2 * 64, ' '); // so that both tags lie in what is read at once
+    size_t blanks = 0;
+    for (size_t length = 2; length < 70; ++length)
+        for (size_t at = 1; at < length; ++at)
+            for (const WCHAR* pEnd : {TEXT("\""), TEXT("'"), TEXT("/"), TEXT(">"), TEXT("/> ")})
+            {
+                const WString name(length, 'n');
+                const WString tag = TEXT("<") + name + TEXT(" a=\"1\"/>");
+                WString broken = WString(name).replace(at, 1, pEnd);
+                broken.resize(length, ' ');
+                const WString between(++blanks % 53, ' ');
+                if (CBothForms forms; !Agree(forms, tag + between + TEXT("<") + broken + behind))
+                    return;
+            }
+}
+
 TEST(XmlAgreement, DamagedTexts)
 {
     CDamagedTexts texts;

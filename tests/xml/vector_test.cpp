@@ -59,7 +59,8 @@ void ExpectPlainBlocks(const Text& text, int first, WCHAR open, const KnownBlock
         open = quote;
     }
     ASSERT_EQ(known.length, static_cast<unsigned>(blocks * UnitsPerBlock));
-    ASSERT_EQ(std::vector<int>(known.ends, known.ends + known.endCount), ends);
+    ends.push_back(KnownBlocks::NoEnd);
+    ASSERT_EQ(std::vector<int>(known.ends, known.ends + ends.size()), ends);
     ASSERT_EQ(known.open, open);
 }
 
