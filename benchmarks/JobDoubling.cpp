@@ -1,5 +1,6 @@
 #include "benchmarks/Documents.h"
 #include "benchmarks/Jobs.h"
+#include "benchmarks/Limits.h"
 #include "xml/XmlDocument.h"
 
 #include <algorithm>
@@ -105,7 +106,9 @@ void RunDoublingJob(const BenchOptions& options, CReport& report)
     std::printf("\nGrowth of the time when the text doubles, median and steps; ! is beyond what is wanted\n");
     constexpr int64_t smallest = 125000;
     const int sizeCount = options.quick ? 6 : 9; // up to 4 or 32 MB, so that no step between caches is the median
-    for (const Job& job : AllJobs())
+    std::vector<Job> jobs = AllJobs();
+    jobs.push_back({"loads of the text", 'D', MakeLoadLimit}); // which shows the caches alone
+    for (const Job& job : jobs)
     {
         const std::string title = std::string("doubling ") + job.name + " " + job.document;
         if (!IsSelected(options, title))

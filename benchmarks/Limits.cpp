@@ -4,6 +4,8 @@
 #include <bit>
 #include <cstring>
 #include <emmintrin.h>
+#include <iterator>
+#include <numeric>
 
 namespace
 {
@@ -21,6 +23,48 @@ private:
     const WString& m_text;
     WString m_copy;
 };
+
+/// Reads the text and does next to nothing with it: what the caches, or the memory, give.
+class CLoadLimit : public IContestant
+{
+public:
+    explicit CLoadLimit(const BenchDocument& document)
+        : m_text(document.text), m_expected(Combine(m_text.data(), m_text.data() + m_text.size()))
+    {
+    }
+
+    std::string GetName() const override { return "loads of the text"; }
+    Role GetRole() const override { return Role::Limit; }
+    void Run() override;
+    bool Finish() override { return m_combined == m_expected; }
+
+private:
+    /// The exclusive or of all units.
+    static char16_t Combine(const char16_t* pFrom, const char16_t* pTo)
+    {
+        return std::accumulate(pFrom, pTo, char16_t{0},
+                               [](char16_t left, char16_t right) { return static_cast<char16_t>(left ^ right); });
+    }
+
+    const WString& m_text;
+    char16_t m_expected;
+    char16_t m_combined = 0;
+};
+
+/// 64 units a step, with 16 bytes a load.
+void CLoadLimit::Run()
+{
+    constexpr size_t lanes = 8;
+    __m128i sums[lanes] = {};
+    const char16_t* pUnits = m_text.data();
+    const char16_t* const pEnd = pUnits + m_text.size();
+    for (; pEnd - pUnits >= static_cast<std::ptrdiff_t>(lanes * 8); pUnits += lanes * 8)
+        for (size_t i = 0; i < lanes; ++i)
+            sums[i] = _mm_xor_si128(sums[i], _mm_loadu_si128(reinterpret_cast<const __m128i*>(pUnits) + i));
+    char16_t units[lanes * 8];
+    std::memcpy(units, sums, sizeof units);
+    m_combined = static_cast<char16_t>(Combine(units, std::end(units)) ^ Combine(pUnits, pEnd));
+}
 
 bool IsMark(char16_t unit)
 {
@@ -82,6 +126,14 @@ Contestants MakeLimits(const BenchDocument& document)
 {
     Contestants limits;
     limits.push_back(std::make_unique<CCopyLimit>(document));
+    limits.push_back(std::make_unique<CLoadLimit>(document));
     limits.push_back(std::make_unique<CPositionsLimit>(document));
+    return limits;
+}
+
+Contestants MakeLoadLimit(const BenchDocument& document)
+{
+    Contestants limits;
+    limits.push_back(std::make_unique<CLoadLimit>(document));
     return limits;
 }

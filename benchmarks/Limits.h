@@ -3,6 +3,9 @@
 #include "benchmarks/Documents.h"
 #include "benchmarks/Harness.h"
 
-/// memcpy of the text, and a pass with SSE2 that stores the position of every < > and ". The document must outlive
-/// them.
+// The document must outlive them.
+
+/// memcpy of the text, its loads alone, and a pass with SSE2 that stores the position of every < > and ".
 Contestants MakeLimits(const BenchDocument& document);
+/// The loads alone.
+Contestants MakeLoadLimit(const BenchDocument& document);

@@ -1,5 +1,7 @@
 #include "projection/Base64Ascii.h"
 
+#include "xml/XmlVector.h"
+
 #include <algorithm>
 #include <climits>
 #include <immintrin.h>
@@ -119,6 +121,7 @@ VECTOR_STEPS size_t DecodeBlocks(const WCHAR* pValue, size_t length, WCHAR* pTex
     size_t taken = 0;
     while (taken + 16 <= length)
     {
+        FetchAhead(pValue + taken);
         bool isTwice = taken + 32 <= length;
         const __m256i characters = PackUnits(pValue + taken, pValue + taken + (isTwice ? 16 : 0));
         const __m256i high = _mm256_and_si256(_mm256_srli_epi32(characters, 4), nibble);

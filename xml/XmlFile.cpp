@@ -96,10 +96,12 @@ bool ReadTextFile(const WCHAR* pPath, CString& text, CString* pResult)
         const auto pBytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(size));
         if (!ReadBytes(pFile.get(), pBytes.get(), size, pResult))
             return false;
-        units = ::MultiByteToWideChar(CP_UTF8, 0, pBytes.get(), size, nullptr, 0);
-        ::MultiByteToWideChar(CP_UTF8, 0, pBytes.get(), size, text.GetBuffer(units), units);
+        // No unit comes of less than a byte, so nothing is counted ahead.
+        units = ::MultiByteToWideChar(CP_UTF8, 0, pBytes.get(), size, text.GetBuffer(size), size);
         text.ReleaseBufferSetLength(units);
     }
+    if (units < size / 4 * 3) // hardly ASCII
+        text.FreeExtra();
     if (pResult != nullptr)
         pResult->Format(TEXT("%s%d bytes to %d wide chars"), TEXT(""), size, units);
     return true;

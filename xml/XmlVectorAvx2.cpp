@@ -120,6 +120,7 @@ AVX2_STEPS void ReadBlocksAvx2(const WCHAR* pBlocks, int count, KnownBlocks& kno
     CBlockCollector collector(known);
     for (int i = 0; i < count; ++i, pBlocks += UnitsPerBlock)
     {
+        FetchAhead(pBlocks);
         const Quarters block = LoadBlock(pBlocks);
         const __m256i low = Pack(block.first, block.second);
         const __m256i high = Pack(block.third, block.fourth);

@@ -67,6 +67,7 @@ void ReadBlocksSse2(const WCHAR* pBlocks, int count, KnownBlocks& known)
     CBlockCollector collector(known);
     for (int i = 0; i < count; ++i, pBlocks += UnitsPerBlock)
     {
+        FetchAhead(pBlocks);
         const PackedBlock block(pBlocks);
         uint64_t singles = 0;
         if (block.MayHold(TEXT('\''))) // one look will do for both, which are rare
