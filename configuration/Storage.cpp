@@ -8,18 +8,16 @@
 #include <algorithm>
 #include <boost/make_shared.hpp>
 #include <climits>
+#include <string_view>
 #include <utility>
 
 namespace VLT
 {
 namespace
 {
-/// Parses a text without a copy of it. Returns the result of Parse.
-bool ParseShared(CXmlDocument& document, const CString& text)
+std::basic_string_view<WCHAR> UnitsOf(const CString& text)
 {
-    document.m_text = text;
-    document.m_result.Empty();
-    return document.Parse();
+    return {text.GetString(), static_cast<size_t>(text.GetLength())};
 }
 
 /// Records with the first four units of their identifiers, which nearly always tell the order.
@@ -61,12 +59,14 @@ private:
     std::vector<Entry> m_entries;
 };
 
-/// What ParseXML does, with a text that is none of the storage's.
-int ReplaceRecords(CStorage& storage, const CString& xml)
+/// What ParseXML does.
+int ReplaceRecords(CStorage& storage, std::basic_string_view<WCHAR> xml)
 {
-    storage.Clear();
+    // Empty from here on, but released at the end: the text may stand in a record or in a key.
+    const auto earlierRecords = std::exchange(*storage.GetConfigurationVector(), {});
+    const auto earlierMap = std::exchange(*storage.GetConfigurationMapById(), {});
     CXmlDocument document;
-    ParseShared(document, xml); // a fault in the text is no reason to leave out what can be read
+    document.ParseInPlace(xml); // a fault in the text is no reason to leave out what can be read
     if (!document.FindElement(TEXT("storage")))
         return 0;
     document.EnterElement();
@@ -125,7 +125,9 @@ CString CStorage::GetXML()
 
 int CStorage::ParseXML(const WCHAR* pXml)
 {
-    return ReplaceRecords(*this, pXml); // a copy of it, since it may stand in a key of the map
+    if (pXml == nullptr)
+        pXml = TEXT("");
+    return ReplaceRecords(*this, {pXml, wcslen(pXml)});
 }
 
 std::vector<boost::shared_ptr<CConfiguration>>* CStorage::GetConfigurationVector()
@@ -174,14 +176,15 @@ int CStorage::Load(const WCHAR* pPath)
     CXmlDocument document;
     if (!ReadTextFile(CString(pPath), document.m_text, &document.m_result) || !document.Parse())
         return 0;
-    return ReplaceRecords(*this, document.m_text);
+    return ReplaceRecords(*this, UnitsOf(document.m_text));
 }
 
 int CStorage::Save(const WCHAR* pPath)
 {
+    const CString text = GetXML();
     CXmlDocument document;
-    if (!ParseShared(document, GetXML()))
+    if (!document.ParseInPlace(UnitsOf(text)))
         return 0;
-    return WriteTextFile(CString(pPath), document.m_text, &document.m_result) ? 1 : 0;
+    return WriteTextFile(CString(pPath), text, &document.m_result) ? 1 : 0;
 }
 } // namespace VLT

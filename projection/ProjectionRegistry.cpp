@@ -35,8 +35,10 @@ int CProjectionRegistry::ParseXML(const WCHAR* pXml)
 {
     // Empty from here on, but released at the end: the text may stand in one of them.
     const auto earlierDefinitions = std::exchange(m_definitions, {});
+    if (pXml == nullptr)
+        pXml = TEXT("");
     CXmlDocument document;
-    document.SetText(pXml); // a fault in the text is no reason to leave out what can be read
+    document.ParseInPlace({pXml, wcslen(pXml)}); // a fault in the text is no reason to leave out what can be read
     if (!document.FindElement(TEXT("projectionRegistry")))
         return 0;
     document.EnterElement();

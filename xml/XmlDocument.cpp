@@ -1,6 +1,7 @@
 #include "xml/XmlDocument.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <new>
 
@@ -18,6 +19,22 @@ bool CXmlDocument::SetText(const WCHAR* pText)
 
 bool CXmlDocument::Parse()
 {
+    return ParseUnits(m_text.GetString(), m_text.GetLength());
+}
+
+bool CXmlDocument::ParseInPlace(std::basic_string_view<WCHAR> text)
+{
+    if (text.size() > INT_MAX)
+        throw std::bad_alloc(); // as a CString of that length
+    m_text.Empty();
+    m_result.Empty();
+    return ParseUnits(text.data(), static_cast<int>(text.size()));
+}
+
+bool CXmlDocument::ParseUnits(const WCHAR* pUnits, int count)
+{
+    m_pUnits = pUnits;
+    m_unitCount = count;
     const CString previousResult = m_result;
     m_parentPos = m_currentPos = m_nodeType = 0;
 
@@ -35,14 +52,14 @@ bool CXmlDocument::Parse()
 const WCHAR* CXmlDocument::BuildTable()
 {
     m_usedPositions = 1;
-    ReserveRecords(m_text.GetLength() / 64 + 8); // a guess of an element for 64 units; more come by growth
+    ReserveRecords(m_unitCount / 64 + 8); // a guess of an element for 64 units; more come by growth
     At(0) = {};
-    if (m_text.IsEmpty())
+    if (m_unitCount == 0)
         return TEXT("Empty document");
 
-    XmlScanner scanner{.text = m_text.GetString()};
+    XmlScanner scanner{.text = m_pUnits};
     const int root = ParseElements(scanner);
-    At(0).length = m_text.GetLength();
+    At(0).length = m_unitCount;
     if (root == 0)
         return TEXT("No root element");
     return At(root).nextSibling == 0 ? nullptr : TEXT("Root element has sibling");

@@ -54,6 +54,10 @@ public:
     /// What m_result held before, the report of the file reader, stays in front. A NUL in the text ends it here.
     bool Parse();
 
+    /// The same with a text that is not copied and has a NUL behind it: it has to stay as it is as long as this
+    /// document is in use. m_text and m_result are emptied first.
+    bool ParseInPlace(std::basic_string_view<WCHAR> text);
+
     /// Moves the cursor to the next element of that name at its level; null or empty: to the next element.
     /// False: there is none, and the cursor stays. Names compare as in NameMatches.
     bool FindElement(const WCHAR* pName);
@@ -66,7 +70,7 @@ public:
     /// The same for the element at that table index, as long as the cursor stands on any element at all.
     CString GetAttributeAt(int position, const WCHAR* pName) const;
 
-    /// An attribute's value as it stands in m_text, with its references; good until that changes.
+    /// An attribute's value as it stands in the text, with its references; good until that changes.
     struct RawAttribute
     {
         std::basic_string_view<WCHAR> units;
@@ -87,7 +91,7 @@ public:
     /// Always true; an allocation that fails throws std::bad_alloc. New records are not cleared.
     bool ReserveRecords(int count);
 
-    /// Fills the table from the scanner's text, which is m_text, into a cleared record 0 and m_usedPositions 1.
+    /// Fills the table from the scanner's text, which is m_pUnits, into a cleared record 0 and m_usedPositions 1.
     /// Leaves the first fault's message in m_result. Returns the index of the first element, 0 without one.
     int ParseElements(XmlScanner& scanner);
 
@@ -104,7 +108,9 @@ public:
     };
     using Segment = std::unique_ptr<XmlElementPosition[], CFree>; ///< of the C runtime's heap, where it can grow
 
-    CString m_text;       ///< the document; after a change of it call Parse first
+    CString m_text; ///< the document, unless it was parsed in place; after a change of it call Parse first
+    const WCHAR* m_pUnits = nullptr; ///< what the table is of: m_text's or those that were parsed in place
+    int m_unitCount = 0;
     CString m_result;     ///< what the last load and parse had to say
     int m_parentPos = 0;  ///< whose children are walked; 0: the top level
     int m_currentPos = 0; ///< where the last successful find stopped; 0: before the first child
@@ -123,6 +129,7 @@ private:
 
     void ReserveSlots(int lastSlot);
     void ResizeSegment(int segment, int count);
+    bool ParseUnits(const WCHAR* pUnits, int count);
     const WCHAR* BuildTable();
     bool IsInUse(int index) const { return index >= 0 && index < m_usedPositions; }
     bool HasName(int index, const WCHAR* pName) const;

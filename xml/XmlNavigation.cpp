@@ -55,9 +55,9 @@ int CXmlDocument::FindSibling(int parent, int current, const WCHAR* pName) const
 bool CXmlDocument::HasName(int index, const WCHAR* pName) const
 {
     const int token = At(index).start + 1;
-    const WCHAR* const pToken = m_text.GetString() + token;
+    const WCHAR* const pToken = m_pUnits + token;
     int length = PlainLength(pName);
-    if (m_text.GetLength() - token < length || !EqualUnits(pToken, pName, length))
+    if (m_unitCount - token < length || !EqualUnits(pToken, pName, length))
         return false;
     while (pToken[length] == pName[length] && !EndsFoundName(pToken[length]))
         ++length;
@@ -84,7 +84,7 @@ CString CXmlDocument::GetAttributeAt(int position, const WCHAR* pName) const
     CString value;
     if (const int length = ShortLength(plain); length >= 0)
     {
-        std::memcpy(value.GetBuffer(ShortUnits), m_text.GetString() + plain.first, ShortUnits * sizeof(WCHAR));
+        std::memcpy(value.GetBuffer(ShortUnits), m_pUnits + plain.first, ShortUnits * sizeof(WCHAR));
         value.ReleaseBufferSetLength(length);
         return value;
     }
@@ -110,7 +110,7 @@ CXmlDocument::RawAttribute CXmlDocument::FindAttribute(const WCHAR* pName) const
 {
     const PlainAttribute plain = FindPlainAt(m_currentPos, pName);
     if (const int length = ShortLength(plain); length >= 0)
-        return {{m_text.GetString() + plain.first, static_cast<size_t>(length)}, false};
+        return {{m_pUnits + plain.first, static_cast<size_t>(length)}, false};
     if (plain.outcome == PlainAttribute::Found)
         return {UnitsToTagEnd(plain, m_currentPos), true};
     return {RawUnits(plain, m_currentPos, pName), false};
@@ -120,9 +120,9 @@ CXmlDocument::RawAttribute CXmlDocument::FindAttribute(const WCHAR* pName) const
 /// step for each unit, since the processor cannot foretell a length.
 inline int CXmlDocument::ShortLength(PlainAttribute plain) const
 {
-    if (plain.outcome != PlainAttribute::Found || m_text.GetLength() - plain.first < ShortUnits)
+    if (plain.outcome != PlainAttribute::Found || m_unitCount - plain.first < ShortUnits)
         return -1;
-    const WCHAR* const pValue = m_text.GetString() + plain.first;
+    const WCHAR* const pValue = m_pUnits + plain.first;
     const uint32_t stops = ShortStops(pValue);
     const int length = std::countr_zero(stops);
     return stops != 0 && pValue[length] == TEXT('"') ? length : -1;
@@ -132,18 +132,18 @@ PlainAttribute CXmlDocument::FindPlainAt(int position, const WCHAR* pName) const
 {
     if (position == 0 || !IsInUse(position) || m_nodeType != NodeElement || pName == nullptr)
         return {PlainAttribute::Missing};
-    return FindPlainAttribute(m_text, m_text.GetLength(), At(position).start + 1, pName);
+    return FindPlainAttribute(m_pUnits, m_unitCount, At(position).start + 1, pName);
 }
 
 /// The value up to its closing quote if the tag is plain, else what the tokens give.
 std::basic_string_view<WCHAR> CXmlDocument::RawUnits(PlainAttribute plain, int position, const WCHAR* pName) const
 {
-    const WCHAR* const pText = m_text.GetString();
+    const WCHAR* const pText = m_pUnits;
     if (plain.outcome == PlainAttribute::Missing)
         return {};
     if (plain.outcome == PlainAttribute::Found)
     {
-        const int end = FindUnit(pText, plain.first, m_text.GetLength(), TEXT('"'));
+        const int end = FindUnit(pText, plain.first, m_unitCount, TEXT('"'));
         if (pText[end] == TEXT('"'))
             return {pText + plain.first, pText + end};
     }
@@ -158,5 +158,5 @@ std::basic_string_view<WCHAR> CXmlDocument::UnitsToTagEnd(PlainAttribute plain, 
 {
     const XmlElementPosition& element = At(position);
     const int tagEnd = element.start + static_cast<int>(element.tagLengths & StartTagLengthMask);
-    return {m_text.GetString() + plain.first, static_cast<size_t>(std::max(tagEnd - plain.first, 0))};
+    return {m_pUnits + plain.first, static_cast<size_t>(std::max(tagEnd - plain.first, 0))};
 }

@@ -63,7 +63,7 @@ public:
         : m_document(document),
           m_scanner(scanner),
           m_pText(scanner.text),
-          m_length(document.m_text.GetLength()),
+          m_length(document.m_unitCount),
           m_tagEnds(m_pText, m_length),
           m_open(256, 0)
     {

@@ -88,11 +88,7 @@ TEST_F(Guarded, TheParserAndItsSearches)
 
         const WCHAR* pText = m_room.PutText(text);
         CXmlDocument document;
-        document.SetText(pText);
-        document.At(0) = {};
-        document.m_usedPositions = 1;
-        XmlScanner scanner{.text = pText};
-        document.ParseElements(scanner);
+        document.ParseInPlace({pText, length});
         ASSERT_EQ(document.m_usedPositions, plain.m_usedPositions) << length;
         for (int i = 1; i < plain.m_usedPositions; ++i)
         {

@@ -102,6 +102,8 @@ TEST(XmlDocument, SaysWhatIsWrongFirst)
     document.m_text = TEXT("<1/>");
     EXPECT_FALSE(document.Parse());
     EXPECT_EQ(Readable(document.m_result), "8 bytes, No root element");
+    EXPECT_TRUE(document.ParseInPlace(TEXT("<b/>"))); // which neither of them has a part in
+    EXPECT_TRUE(document.m_text.IsEmpty() && document.m_result.IsEmpty() && document.FindElement(TEXT("b")));
 }
 
 // 4,007 units each. The second text in the same document must neither see the first one's records nor give memory back.
