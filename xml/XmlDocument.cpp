@@ -84,8 +84,8 @@ bool CXmlDocument::ReserveRecords(int count)
     const int oldCount = m_capacity - (lastSegment << SegmentBits);
     const int newCount = count - (newLast << SegmentBits);
     if (lastSegment < newLast && oldCount < RecordsPerSegment)
-        ResizeSegment(lastSegment, RecordsPerSegment);
-    ResizeSegment(newLast, newCount);
+        ResizeSegment(lastSegment, oldCount, RecordsPerSegment);
+    ResizeSegment(newLast, lastSegment < newLast ? 0 : oldCount, newCount);
     m_capacity = count;
     return true;
 }
@@ -101,16 +101,29 @@ void CXmlDocument::ReserveSlots(int lastSlot)
     m_segmentSlots = slots;
 }
 
-/// Makes room for that many records in a segment, which may not be there yet; those in it stay. Reallocation can often
-/// do so without moving them.
-void CXmlDocument::ResizeSegment(int segment, int count)
+/// Makes room for count records in a segment that has oldCount, which stay; none: it is not there yet. Reallocation can
+/// mostly do so without moving them.
+void CXmlDocument::ResizeSegment(int segment, int oldCount, int count)
 {
+    constexpr int few = 1024; // a whole segment is much to ask for so few
     Segment& slot = m_segments[static_cast<size_t>(segment)];
-    void* pGrown = std::realloc(slot.get(), static_cast<size_t>(count) * sizeof(XmlElementPosition));
-    if (pGrown == nullptr)
+    if (oldCount <= few && count > few)
+        MoveToRoom(slot, oldCount);
+    void* pResized = std::realloc(slot.get(), static_cast<size_t>(count) * sizeof(XmlElementPosition));
+    if (pResized == nullptr)
         throw std::bad_alloc();
-    static_cast<void>(slot.release()); // it is part of the grown one now
-    slot.reset(static_cast<XmlElementPosition*>(pGrown));
+    static_cast<void>(slot.release()); // it is part of the resized one now
+    slot.reset(static_cast<XmlElementPosition*>(pResized));
+}
+
+/// To where there is room for a full segment. What is then cut off of that stays free behind it, to grow into.
+void CXmlDocument::MoveToRoom(Segment& segment, int count)
+{
+    Segment moved(static_cast<XmlElementPosition*>(std::malloc(RecordsPerSegment * sizeof(XmlElementPosition))));
+    if (!moved)
+        return; // it may do without
+    std::copy_n(segment.get(), count, moved.get());
+    segment = std::move(moved);
 }
 
 std::span<XmlElementPosition> CXmlDocument::FreeRecords(int index)

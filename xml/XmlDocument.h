@@ -128,7 +128,8 @@ private:
     static constexpr size_t SlotOf(int index) { return static_cast<size_t>(index & (RecordsPerSegment - 1)); }
 
     void ReserveSlots(int lastSlot);
-    void ResizeSegment(int segment, int count);
+    void ResizeSegment(int segment, int oldCount, int count);
+    static void MoveToRoom(Segment& segment, int count);
     bool ParseUnits(const WCHAR* pUnits, int count);
     const WCHAR* BuildTable();
     bool IsInUse(int index) const { return index >= 0 && index < m_usedPositions; }

@@ -55,7 +55,7 @@ TEST_F(AllocationFailure, InTheXmlDocument)
 {
     const WString before = TEXT("<a b=\"1\"/>");
     const WString deep =
-        TEXT("<r>") + Repeated(TEXT("<a b='&lt;'>"), 200) + Repeated(TEXT("</a>"), 199) + TEXT("</x></r>");
+        TEXT("<r>") + Repeated(TEXT("<a b='&lt;'>"), 1100) + Repeated(TEXT("</a>"), 1099) + TEXT("</x></r>");
     Allocation::FailEach(
         [&](auto perform)
         {
