@@ -1,6 +1,6 @@
 #include "benchmarks/Documents.h"
 
-#include "projection/Base64.h"
+#include "projection/base64/Base64.h"
 
 #include <random>
 #include <string_view>

@@ -1,5 +1,5 @@
 #include "benchmarks/Jobs.h"
-#include "projection/Base64.h"
+#include "projection/base64/Base64.h"
 
 #include <glib.h>
 #include <modp_b64.h>

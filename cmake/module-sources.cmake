@@ -2,17 +2,18 @@
 set(VELTRANO_MODULE_SOURCES
     commands/CommandManager.cpp
     commands/ICommand.cpp
-    commands/ModuleObjects.cpp
-    commands/VeltranoCommandsApp.cpp
+    commands/module/BuiltInCommands.cpp
+    commands/module/ModuleObjects.cpp
+    commands/module/VeltranoCommandsApp.cpp
     configuration/Configuration.cpp
     configuration/ConfigurationStorage.cpp
     configuration/Storage.cpp
-    projection/Base64.cpp
-    projection/Base64Ascii.cpp
+    projection/base64/Base64.cpp
+    projection/base64/Base64Ascii.cpp
     projection/Cmd_DefineProjectionEntities.cpp
     projection/DlgDefineProjections.cpp
     projection/ProjectionRegistry.cpp
-    projection/StoredAttribute.cpp
+    projection/base64/StoredAttribute.cpp
     projection/TrialGeometry.cpp
     uistrings/TextFile.cpp
     uistrings/TextFileReader.cpp
@@ -22,18 +23,18 @@ set(VELTRANO_MODULE_SOURCES
     xml/XmlFile.cpp
     xml/XmlNavigation.cpp
     xml/XmlParser.cpp
-    xml/XmlPlainAttributes.cpp
+    xml/fast/XmlPlainAttributes.cpp
     xml/XmlScanner.cpp
-    xml/XmlTagEnds.cpp
-    xml/XmlVector.cpp
-    xml/XmlVectorAvx2.cpp
-    xml/XmlVectorSse2.cpp
+    xml/fast/XmlTagEnds.cpp
+    xml/fast/XmlVector.cpp
+    xml/fast/XmlVectorAvx2.cpp
+    xml/fast/XmlVectorSse2.cpp
 )
 
 # Their loops are so short that it matters where they begin: up to a tenth of the time.
-set_source_files_properties(xml/XmlParser.cpp xml/XmlVectorAvx2.cpp PROPERTIES COMPILE_OPTIONS -falign-loops=64)
+set_source_files_properties(xml/XmlParser.cpp xml/fast/XmlVectorAvx2.cpp PROPERTIES COMPILE_OPTIONS -falign-loops=64)
 if(WIN32)
     # On Windows the stack has no room that is aligned for wide vectors, which the compiler takes for granted.
-    set_property(SOURCE xml/XmlVectorAvx2.cpp projection/Base64Ascii.cpp
+    set_property(SOURCE xml/fast/XmlVectorAvx2.cpp projection/base64/Base64Ascii.cpp
                  APPEND PROPERTY COMPILE_OPTIONS -Wa,-muse-unaligned-vector-move)
 endif()

@@ -1,7 +1,5 @@
 #include "commands/CommandManager.h"
 
-#include "projection/Cmd_DefineProjectionEntities.h"
-
 namespace VLT
 {
 CCommandManager* CCommandManager::m_pInstance = nullptr;
@@ -20,11 +18,6 @@ CCommandManager::CCommandManager() = default;
 CCommandManager::CCommandManager(const CCommandManager& other) = default;
 CCommandManager& CCommandManager::operator=(const CCommandManager& other) = default;
 CCommandManager::~CCommandManager() = default;
-
-void CCommandManager::RegisterCommands()
-{
-    RegisterCommand(boost::shared_ptr<ICommand>(new CCommand_DefineProjectionEntities));
-}
 
 void CCommandManager::RegisterCommand(boost::shared_ptr<ICommand> pCommand)
 {

@@ -1,7 +1,7 @@
 #include "configuration/Configuration.h"
 
 #include "configuration/ConfigurationElement.h"
-#include "projection/Base64.h"
+#include "projection/base64/Base64.h"
 
 #include <string_view>
 

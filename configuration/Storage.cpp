@@ -1,7 +1,7 @@
 #include "configuration/Storage.h"
 
 #include "configuration/ConfigurationElement.h"
-#include "projection/StoredAttribute.h"
+#include "projection/base64/StoredAttribute.h"
 #include "xml/XmlDocument.h"
 #include "xml/XmlFile.h"
 

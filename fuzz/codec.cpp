@@ -1,7 +1,7 @@
 // Input: bytes, taken as bytes, as UTF-16LE text and as a stored value. What is encoded comes back, and what comes out
 // of any value can be stored again.
 #include "fuzz/Fuzz.h"
-#include "projection/Base64.h"
+#include "projection/base64/Base64.h"
 
 #include <algorithm>
 

@@ -1,7 +1,7 @@
 // Input: UTF-16LE text. Whatever the text, the table points into it, its links form a tree in document order, and the
 // plain second form of the document, which the tests have, says the same.
 #include "fuzz/Fuzz.h"
-#include "tests/xml/PlainXml.h"
+#include "tests/reference/PlainXml.h"
 #include "xml/XmlDocument.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "projection/ProjectionRegistry.h"
 
-#include "projection/Base64.h"
-#include "projection/StoredAttribute.h"
+#include "projection/base64/Base64.h"
+#include "projection/base64/StoredAttribute.h"
 #include "xml/XmlDocument.h"
 
 #include <boost/make_shared.hpp>

@@ -1,7 +1,7 @@
 #include "trialhost/ScriptedRun.h"
 
+#include "platform/console/console.h"
 #include "platform/host/HostControl.h"
-#include "platform/win32/console.h"
 #include "trialhost/ITrialView.h"
 #include "trialhost/TrialHandler.h"
 #include "trialhost/TrialHost.h"

@@ -1,7 +1,7 @@
 // The trial host: a program that is to the module what the CAD host and its plug-in are.
 #include "configuration/ConfigurationStorage.h"
+#include "platform/console/console.h"
 #include "platform/host/HostControl.h"
-#include "platform/win32/console.h"
 #include "trialhost/ITrialView.h"
 #include "trialhost/ScriptedRun.h"
 #include "trialhost/TrialHandler.h"

@@ -1,5 +1,5 @@
 #include "xml/XmlScanner.h"
-#include "xml/XmlVector.h"
+#include "xml/fast/XmlVector.h"
 
 #include <algorithm>
 #include <utility>

@@ -1,8 +1,8 @@
 #pragma once
 /// The module's XML reader: a text with a table of element positions.
 #include "platform/mfc/atlstr.h"
-#include "xml/XmlPlainAttributes.h"
 #include "xml/XmlScanner.h"
+#include "xml/fast/XmlPlainAttributes.h"
 
 #include <cstdlib>
 #include <memory>

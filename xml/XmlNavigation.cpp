@@ -1,6 +1,6 @@
 #include "xml/XmlDocument.h"
-#include "xml/XmlPlainAttributes.h"
-#include "xml/XmlVector.h"
+#include "xml/fast/XmlPlainAttributes.h"
+#include "xml/fast/XmlVector.h"
 
 #include <algorithm>
 

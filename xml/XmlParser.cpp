@@ -1,5 +1,5 @@
 #include "xml/XmlDocument.h"
-#include "xml/XmlTagEnds.h"
+#include "xml/fast/XmlTagEnds.h"
 
 #include <algorithm>
 #include <span>

@@ -1,7 +1,7 @@
 /// Storage and registry read their texts by the same rules: one table for both.
 #include "configuration/Storage.h"
-#include "projection/Base64.h"
 #include "projection/ProjectionRegistry.h"
+#include "projection/base64/Base64.h"
 
 #include <gtest/gtest.h>
 

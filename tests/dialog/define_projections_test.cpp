@@ -2,7 +2,7 @@
 
 #include "projection/ProjectionRegistry.h"
 #include "resources/resource.h"
-#include "tests/dialog/RecordingHandler.h"
+#include "tests/support/RecordingHandler.h"
 #include "uistrings/UIStrings.h"
 
 #include <gtest/gtest.h>

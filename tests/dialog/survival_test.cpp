@@ -2,7 +2,7 @@
 #include "platform/host/HostControl.h"
 #include "projection/Cmd_DefineProjectionEntities.h"
 #include "projection/DlgDefineProjections.h"
-#include "tests/dialog/RecordingHandler.h"
+#include "tests/support/RecordingHandler.h"
 
 #include <gtest/gtest.h>
 

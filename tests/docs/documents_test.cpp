@@ -1,8 +1,8 @@
 // The documents' examples are what the module reads and writes, and the guide is complete.
 #include "configuration/Storage.h"
-#include "projection/Base64.h"
 #include "projection/ProjectionRegistry.h"
-#include "tests/uistrings/test_files.h"
+#include "projection/base64/Base64.h"
+#include "tests/support/TestFiles.h"
 #include "uistrings/UIStrings.h"
 
 #include <regex>

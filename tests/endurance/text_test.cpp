@@ -1,6 +1,6 @@
 // String tables and documents, read over and over: the memory must stay at its level.
 #include "tests/endurance/Endurance.h"
-#include "tests/uistrings/test_files.h"
+#include "tests/support/TestFiles.h"
 #include "uistrings/UIStrings.h"
 #include "xml/XmlDocument.h"
 

@@ -1,8 +1,8 @@
 // Memory that runs out at any allocation: the exception passes through, nothing is left behind, and the objects stay
 // sound.
 #include "configuration/Storage.h"
-#include "projection/Base64.h"
 #include "projection/ProjectionRegistry.h"
+#include "projection/base64/Base64.h"
 #include "tests/faults/Allocation.h"
 #include "uistrings/UIStrings.h"
 #include "xml/XmlDocument.h"

@@ -1,11 +1,11 @@
 // Texts in blocks of exactly their own size, with a page behind them that nobody may touch: a read behind the end
 // breaks the program in every build, also where no sanitizer runs.
-#include "projection/Base64.h"
-#include "projection/Base64Ascii.h"
+#include "projection/base64/Base64.h"
+#include "projection/base64/Base64Ascii.h"
 #include "uistrings/TextFileReader.h"
 #include "xml/XmlDocument.h"
-#include "xml/XmlPlainAttributes.h"
-#include "xml/XmlTagEnds.h"
+#include "xml/fast/XmlPlainAttributes.h"
+#include "xml/fast/XmlTagEnds.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // Files whose names are long, or in any alphabet, and what takes the place of a file.
 #include "configuration/Storage.h"
-#include "tests/platform/TestFolder.h"
+#include "tests/support/TestFolder.h"
 #include "uistrings/TextFile.h"
 #include "xml/XmlFile.h"
 

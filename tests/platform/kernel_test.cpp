@@ -1,7 +1,7 @@
 #include "platform/text.h"
 #include "platform/win32/win32.h"
 #include "platform/win32/wine.h"
-#include "tests/platform/TestFolder.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "platform/text.h"
 #include "platform/win32/win32.h"
-#include "tests/platform/TestFolder.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "projection/Base64.h"
+#include "projection/base64/Base64.h"
 
 #include "platform/text.h"
 

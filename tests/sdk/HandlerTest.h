@@ -1,6 +1,6 @@
 #pragma once
 #include "sdk/FileConfigurationHandler.h"
-#include "tests/platform/TestFolder.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
-#include "tests/platform/TestFolder.h"
 #include "tests/sdk/ChildProcess.h"
 #include "tests/sdk/Generation.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 // Saves one generation after the other into the file that is its argument, until it is killed.
-#include "platform/win32/console.h"
+#include "platform/console/console.h"
 #include "tests/sdk/Generation.h"
 
 int main()

@@ -1,8 +1,8 @@
 // Loads a plug-in with the module and takes everything down in the order that the argument names. Nothing broke if the
 // exit code is 0 and the last line says so.
 #include "platform/host/HostControl.h"
-#include "tests/dialog/RecordingHandler.h"
 #include "tests/shutdown/Plugin.h"
+#include "tests/support/RecordingHandler.h"
 
 #include <boost/make_shared.hpp>
 

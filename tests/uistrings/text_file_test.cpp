@@ -1,4 +1,4 @@
-#include "tests/uistrings/test_files.h"
+#include "tests/support/TestFiles.h"
 #include "uistrings/TextFile.h"
 
 #include <cstdlib>

@@ -1,7 +1,7 @@
 #include "uistrings/UIStrings.h"
 
 #include "platform/host/HostControl.h"
-#include "tests/uistrings/test_files.h"
+#include "tests/support/TestFiles.h"
 
 #include <climits>
 #include <tuple>

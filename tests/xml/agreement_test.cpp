@@ -1,7 +1,7 @@
 // The module's document and its plain second form must agree in everything that can be seen of them, on texts of all
 // kinds of damage. A failure names the text, cut down as far as the difference stays, as a literal to paste into a
 // test.
-#include "tests/xml/PlainXml.h"
+#include "tests/reference/PlainXml.h"
 #include "xml/XmlDocument.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "tests/xml/Readable.h"
+#include "tests/support/Readable.h"
 
 #include <sstream>
 

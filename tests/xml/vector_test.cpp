@@ -1,7 +1,7 @@
 // Each vector form beside the plain one, on random texts of what they look for, at random places.
-#include "xml/XmlPlainAttributes.h"
 #include "xml/XmlScanner.h"
-#include "xml/XmlTagEnds.h"
+#include "xml/fast/XmlPlainAttributes.h"
+#include "xml/fast/XmlTagEnds.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tools/vltconfig/Commands.h"
 
-#include "platform/win32/console.h"
+#include "platform/console/console.h"
 #include "projection/ProjectionRegistry.h"
 #include "sdk/StorageFile.h"
 #include "tools/vltconfig/Output.h"

@@ -1,6 +1,6 @@
 #include "tools/vltconfig/StorageReader.h"
 
-#include "projection/Base64.h"
+#include "projection/base64/Base64.h"
 #include "tools/vltconfig/Progress.h"
 #include "xml/XmlFile.h"
 

@@ -1,5 +1,5 @@
 // vltconfig: reads and changes storage files, whose values are base64, so that people can see what stands in them.
-#include "platform/win32/console.h"
+#include "platform/console/console.h"
 #include "tools/vltconfig/Commands.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "projection/Cmd_DefineProjectionEntities.h"
 #include "projection/DlgDefineProjections.h"
 #include "resources/resource.h"
-#include "tests/dialog/RecordingHandler.h"
+#include "tests/support/RecordingHandler.h"
 
 #include <gtest/gtest.h>
 

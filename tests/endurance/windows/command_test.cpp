@@ -2,8 +2,8 @@
 #include "commands/CommandManager.h"
 #include "platform/host/CoordinateInput.h"
 #include "platform/host/HostControl.h"
-#include "tests/dialog/RecordingHandler.h"
 #include "tests/endurance/Endurance.h"
+#include "tests/support/RecordingHandler.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "platform/win32/console.h"
+#include "platform/console/console.h"
 
 #include "platform/win32/win32.h"
 

@@ -1,8 +1,8 @@
-#include "projection/StoredAttribute.h"
+#include "projection/base64/StoredAttribute.h"
 
 #include "platform/mfc/decimal.h"
-#include "projection/Base64.h"
-#include "projection/Base64Ascii.h"
+#include "projection/base64/Base64.h"
+#include "projection/base64/Base64Ascii.h"
 #include "xml/XmlDocument.h"
 
 CString GetTextAttribute(const CXmlDocument& document, const WCHAR* pName)

@@ -1,4 +1,4 @@
-#include "commands/VeltranoCommandsApp.h"
+#include "commands/module/VeltranoCommandsApp.h"
 
 BEGIN_MESSAGE_MAP(CVeltranoCommandsApp, CWinApp)
 END_MESSAGE_MAP()

@@ -1,4 +1,4 @@
-#include "xml/XmlTagEnds.h"
+#include "xml/fast/XmlTagEnds.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,6 +1,6 @@
 #pragma once
 /// Finds the ends of start tags many at once.
-#include "xml/XmlVector.h"
+#include "xml/fast/XmlVector.h"
 
 #include <climits>
 

@@ -1,4 +1,4 @@
-#include "xml/XmlVector.h"
+#include "xml/fast/XmlVector.h"
 
 const int s_bytesAhead = __builtin_cpu_is("intel") ? 4096 : 512;
 

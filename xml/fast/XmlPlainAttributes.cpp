@@ -1,5 +1,5 @@
-#include "xml/XmlPlainAttributes.h"
-#include "xml/XmlVector.h"
+#include "xml/fast/XmlPlainAttributes.h"
+#include "xml/fast/XmlVector.h"
 
 PlainAttribute FindPlainAttribute(const WCHAR* pText, int length, int tagName, const WCHAR* pName)
 {

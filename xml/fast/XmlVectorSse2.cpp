@@ -1,5 +1,5 @@
-#include "xml/XmlPlainTag.h"
-#include "xml/XmlTagEnds.h"
+#include "xml/fast/XmlPlainTag.h"
+#include "xml/fast/XmlTagEnds.h"
 
 namespace
 {

@@ -1,4 +1,4 @@
-#include "tests/xml/PlainXml.h"
+#include "tests/reference/PlainXml.h"
 
 #include <cstdlib>
 #include <string_view>

@@ -1,6 +1,6 @@
-#include "projection/Base64Ascii.h"
+#include "projection/base64/Base64Ascii.h"
 
-#include "xml/XmlVector.h"
+#include "xml/fast/XmlVector.h"
 
 #include <algorithm>
 #include <climits>

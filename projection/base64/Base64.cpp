@@ -1,7 +1,7 @@
-#include "projection/Base64.h"
+#include "projection/base64/Base64.h"
 
 #include "platform/text.h"
-#include "projection/Base64Ascii.h"
+#include "projection/base64/Base64Ascii.h"
 
 #include <climits>
 #include <cstdlib>

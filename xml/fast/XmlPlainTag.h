@@ -1,9 +1,9 @@
 #pragma once
 /// Finds an attribute in a plain start tag, block by block. Part of each vector form, for whose processor it is
 /// compiled.
-#include "xml/XmlPlainAttributes.h"
 #include "xml/XmlScanner.h"
-#include "xml/XmlVector.h"
+#include "xml/fast/XmlPlainAttributes.h"
+#include "xml/fast/XmlVector.h"
 
 /// Of a block of text: a bit for each unit of that kind; the lowest is the first unit's.
 struct TagMarks
