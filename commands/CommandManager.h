@@ -7,40 +7,44 @@
 
 namespace VLT
 {
-/// The registry of native commands and the holder of the active one. Everything here is for the thread of the host's
-/// user interface. Identifiers are NUL-terminated UTF-16 and compared exactly, unit by unit; null counts as the empty
-/// text. Nothing is caught: what a command throws reaches the caller.
+/// Registers native commands and holds the active one.
+///
+/// Call it on the thread of the host's user interface only. Identifiers are NUL-terminated UTF-16, compared exactly,
+/// code unit by code unit; null counts as the empty text. The manager catches nothing: an exception of a command
+/// reaches the caller.
 class VLT_API CCommandManager
 {
 public:
-    /// The manager of the process, made with the built-in commands on the first call and never freed.
+    /// Returns the manager of the process. The first call creates it with the built-in commands; it is never freed.
     static CCommandManager* Instance();
 
-    /// A copy shares the commands and the active command with its source; ending it in one leaves it set in the other.
+    /// Shares the commands and the active command with other. Ending the command in one leaves it active in the other.
     CCommandManager(const CCommandManager& other);
+    /// Replaces the commands and the active command by those of other, which are then shared.
     CCommandManager& operator=(const CCommandManager& other);
 
-    /// Registers pCommand under what its GetId gives. Where that identifier is taken, the command that has it stays and
-    /// pCommand is dropped. An empty pointer is passed over.
+    /// Registers pCommand under the identifier that its GetId returns. If that identifier is taken, the registered
+    /// command stays and pCommand is dropped without a message. An empty pointer is ignored.
     void RegisterCommand(boost::shared_ptr<ICommand> pCommand);
-    /// Empty for an unknown identifier.
+    /// Returns the command registered under pId, or an empty pointer.
     boost::shared_ptr<ICommand> GetCommandById(const WCHAR* pId) const;
 
-    /// Makes the command the active one and calls its Run; 1 when Run came back. 0 for an unknown identifier: then
-    /// nothing has changed. An active command is not ended: call CompleteCommand first. The command stays active if Run
-    /// throws.
+    /// Makes the command registered under pId the active one and calls its Run. Returns 1 when Run returned, 0 for an
+    /// unknown identifier; then nothing has changed. Does not end a command that is still active: call CompleteCommand
+    /// first. If Run throws, the command stays active.
     int RunCommand(const WCHAR* pId, CCoordinateInput* pInput);
-    /// Hands the message to the active command; without one, nothing happens.
+    /// Passes the message to the active command. Without an active command nothing happens.
     void ProcessMouseMsg(int message, const CStdPoint2D& point, strAddMsgInfo* pInfo, CCoordinateInput* pInput);
-    /// Calls Complete of the active command and then has none; without one, nothing happens. The command stays active
-    /// if Complete throws.
+    /// Calls Complete of the active command; afterwards no command is active. Without an active command nothing
+    /// happens. If Complete throws, the command stays active.
     void CompleteCommand(CCoordinateInput* pInput);
 
-    /// 1 or 0.
+    /// Returns 1 if a command is active, else 0.
     int IsNativeCommandActive() const;
-    /// 1 if the identifier is registered, else 0.
+    /// Returns 1 if pId is registered, else 0.
     int IsNativeCommandAvailable(const WCHAR* pId) const;
-    /// What the command of that identifier answers, active or not; 0 for an unknown identifier.
+    /// Returns what RequiresProcessMouseMsg of the command registered under pId returns, active or not. Returns 0 for
+    /// an unknown identifier.
     int RequiresProcessMouseMsg(const WCHAR* pId) const;
 
 private:
@@ -50,7 +54,7 @@ private:
     void RegisterCommands();
 
     std::map<WString, boost::shared_ptr<ICommand>> m_commands;
-    boost::shared_ptr<ICommand> m_pActiveCommand; ///< empty: no command is active
+    boost::shared_ptr<ICommand> m_pActiveCommand; ///< empty while no command is active
 
     static CCommandManager* m_pInstance;
 };

@@ -5,32 +5,33 @@
 
 namespace VLT
 {
-/// One stored configuration: an identifier and a text, both free; neither is checked or trimmed.
-/// Texts given in are NUL-terminated UTF-16; null counts as the empty text.
+/// A stored configuration: an identifier and a text. Any text is allowed for both; neither is checked or trimmed.
+/// Text arguments are NUL-terminated UTF-16 and copied; null counts as the empty text.
 class VLT_API CConfiguration
 {
 public:
-    CConfiguration();
-    CConfiguration(const CConfiguration& other);
-    CConfiguration& operator=(const CConfiguration& other);
+    CConfiguration();                                       ///< Both texts are empty.
+    CConfiguration(const CConfiguration& other);            ///< Copies both texts.
+    CConfiguration& operator=(const CConfiguration& other); ///< Copies both texts.
     virtual ~CConfiguration();
 
-    /// Sets both fields of the target to those of this record. Onto itself it changes nothing.
+    /// Copies both texts to target. Nothing changes if target is this record.
     void MakeDeepCopy(CConfiguration& target);
 
-    /// Does not reach the map of a CStorage that holds this record: its key stays the identifier that arrived.
+    /// Sets the identifier. The map of a CStorage that holds this record keeps the key under which it was added.
     void SetId(const WCHAR* pId);
-    CString GetId() const;
-    void SetCfg(const WCHAR* pCfg);
-    CString GetCfg() const;
+    CString GetId() const;          ///< Returns a copy of the identifier.
+    void SetCfg(const WCHAR* pCfg); ///< Sets the text.
+    CString GetCfg() const;         ///< Returns a copy of the text.
 
-    /// The record's element, <configuration id="..." cfg="..." />, with both fields in base64; no line break.
+    /// Returns the record's element, `<configuration id="..." cfg="..." />`, with both texts in base64, without a line
+    /// break.
     CString GetXML();
-    /// Appends the same element at the stream's write position, whatever width or fill the stream has.
+    /// Writes the same element to the stream. The stream's width and fill have no effect.
     void GetXML(WStringStream& stream);
 
 private:
-    friend struct ConfigurationFields; // the module's own way to long texts, without a copy
+    friend struct ConfigurationFields; // lets the module read long texts without a copy
 
     CString m_id;
     CString m_cfg;

@@ -6,27 +6,29 @@
 
 namespace VLT
 {
-/// The module's way to configuration texts: passes every call on to the registered handler, at once and unchanged, and
-/// gives defined results while there is none. Holds no open or closed state. Host's user-interface thread only.
+/// Gives the module its configuration texts: passes every call on to the registered handler, unchanged, and returns
+/// defined results while no handler is registered. Keeps no open or closed state. Host's user-interface thread only.
 class VLT_API CConfigurationStorage : public IConfigurationHandler
 {
 public:
-    /// The one object, made at the first call and never freed.
+    /// Returns the object of the process. The first call creates it; it is never freed.
     static CConfigurationStorage* Instance();
 
-    /// Replaces the handler; shares its ownership until the next registration. Empty: as before any registration.
+    /// Replaces the handler and shares its ownership until the next registration. An empty pointer removes the handler.
     void RegisterHandler(boost::shared_ptr<IConfigurationHandler> pHandler);
 
-    /// 0 without a handler.
+    /// Returns the handler's result, 0 without a handler.
     int OpenStorage() override;
+    /// Does nothing without a handler.
     void CloseStorage() override;
-    /// The empty text without a handler.
+    /// Returns the handler's result, the empty text without a handler.
     CString LoadConfigurationById(const WCHAR* pId) override;
-    /// 0 without a handler.
+    /// Returns the handler's result, 0 without a handler.
     int SaveConfiguration(const WCHAR* pId, const WCHAR* pCfg) override;
 
-    /// A copy shares the handler; later registrations with one do not reach the other.
+    /// Shares the handler of other. Later registrations with one of the two do not affect the other.
     CConfigurationStorage(const CConfigurationStorage& other);
+    /// Replaces the handler by that of other, which is then shared.
     CConfigurationStorage& operator=(const CConfigurationStorage& other);
 
 private:

@@ -4,24 +4,26 @@
 
 namespace VLT
 {
-/// Where configuration texts live: implemented by the module's user and given to
-/// CConfigurationStorage::RegisterHandler. Called on the host's user-interface thread.
-/// Identifiers and texts are NUL-terminated UTF-16, borrowed for the call. What an operation throws reaches the caller.
+/// Loads and saves configuration texts. The plug-in implements it and gives it to
+/// CConfigurationStorage::RegisterHandler.
+///
+/// Called on the host's user-interface thread. Identifiers and texts are NUL-terminated UTF-16, valid during the call.
+/// An exception of an operation reaches whoever called the module.
 class IConfigurationHandler
 {
 public:
-    /// Makes the storage ready; 0 says that it cannot be used. Comes again without a CloseStorage in between: a dialog
-    /// that is cancelled closes nothing, and the next one opens.
+    /// Makes the storage ready. Returns 0 if it cannot be used. May be called again without a CloseStorage in between:
+    /// a cancelled dialog does not close the storage, and the next dialog opens it.
     virtual int OpenStorage() = 0;
-    /// Ends the use that OpenStorage began.
+    /// Ends the use that OpenStorage started.
     virtual void CloseStorage() = 0;
-    /// The text stored under the identifier, unchanged; empty if there is none.
+    /// Returns the text stored under pId, unchanged, or the empty text.
     virtual CString LoadConfigurationById(const WCHAR* pId) = 0;
-    /// Stores the text under the identifier; nonzero says that it was done. The module looks at no result here, so a
-    /// handler reports its failure by itself.
+    /// Stores pCfg under pId. Returns nonzero on success. The dialog ignores the result, so the handler has to report a
+    /// failure itself.
     virtual int SaveConfiguration(const WCHAR* pId, const WCHAR* pCfg) = 0;
 
-    // Behind the four, so that their places do not depend on it. The module leaves destruction to the shared pointer.
+    // Declared last, so that the four operations keep their places in the table of virtual operations.
     virtual ~IConfigurationHandler() = default;
 };
 } // namespace VLT

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Installs what a part of the builds needs and does not find; does nothing when nothing is missing.
-# usage: setup.sh PART...   with PART one of native, windows, coverage, checks, bench, fuzz
+# usage: setup.sh PART...   with PART one of native, windows, coverage, checks, bench, reference, fuzz
 # Exit code 0: all there. 1: something could not be installed; the message names it. Debian 12 package names.
 set -u
 
@@ -10,6 +10,7 @@ declare -A packages=(
     [coverage]="gcovr"
     [checks]="clang-format-14 clang-tidy-14 cppcheck"
     [bench]="libpugixml-dev librapidxml-dev libtinyxml2-dev libxml2-dev libexpat1-dev libssl-dev libglib2.0-dev libmodpbase64-dev libicu-dev pkg-config"
+    [reference]="doxygen"
     [fuzz]="clang-14 libclang-rt-14-dev"
 )
 
