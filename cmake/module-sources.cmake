@@ -14,7 +14,6 @@ set(VELTRANO_MODULE_SOURCES
     projection/DlgDefineProjections.cpp
     projection/ProjectionRegistry.cpp
     projection/base64/StoredAttribute.cpp
-    projection/TrialGeometry.cpp
     uistrings/TextFile.cpp
     uistrings/TextFileReader.cpp
     uistrings/UIStrings.cpp

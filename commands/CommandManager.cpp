@@ -1,5 +1,7 @@
 #include "commands/CommandManager.h"
 
+#include <memory>
+
 namespace VLT
 {
 CCommandManager* CCommandManager::m_pInstance = nullptr;
@@ -8,9 +10,10 @@ CCommandManager* CCommandManager::Instance()
 {
     if (m_pInstance != nullptr)
         return m_pInstance;
-    auto* pManager = new CCommandManager;
+    const auto destroy = [](CCommandManager* pManager) { delete pManager; }; // the destructor is private
+    std::unique_ptr<CCommandManager, decltype(destroy)> pManager(new CCommandManager, destroy);
     pManager->RegisterCommands();
-    m_pInstance = pManager;
+    m_pInstance = pManager.release();
     return m_pInstance;
 }
 

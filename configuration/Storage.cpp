@@ -20,7 +20,10 @@ std::basic_string_view<WCHAR> UnitsOf(const CString& text)
     return {text.GetString(), static_cast<size_t>(text.GetLength())};
 }
 
-/// Records with the first four units of their identifiers, which nearly always tell the order.
+using RecordVector = std::vector<boost::shared_ptr<CConfiguration>>;
+using RecordMap = std::map<CString, boost::shared_ptr<CConfiguration>>;
+
+/// Sorts records by identifier. The first four units of an identifier nearly always decide.
 class CRecordOrder
 {
 public:
@@ -31,11 +34,10 @@ public:
             head = head << 16 | (i < id.GetLength() ? id.GetAt(i) : WCHAR{0});
         m_entries.push_back({head, m_entries.size()});
     }
-    /// Enters the records in the empty map, each at its end: to go down from the root for each takes as long, with many
-    /// records, as all the rest.
-    void Fill(CStorage& storage)
+    /// The map of the records. Each goes to the end of the map: with many records, a descent from the root for each
+    /// would take as long as all the rest.
+    RecordMap MakeMap(const RecordVector& records)
     {
-        const auto& records = *storage.GetConfigurationVector();
         const auto idOf = [&](size_t index) -> const CString& { return ConfigurationFields::Id(*records[index]); };
         std::sort(m_entries.begin(), m_entries.end(),
                   [&](const Entry& left, const Entry& right)
@@ -45,9 +47,10 @@ public:
                       const int order = idOf(left.index).Compare(idOf(right.index));
                       return order != 0 ? order < 0 : left.index < right.index;
                   });
-        auto& map = *storage.GetConfigurationMapById();
+        RecordMap map;
         for (const Entry& entry : m_entries)
             map.try_emplace(map.end(), idOf(entry.index), records[entry.index]);
+        return map;
     }
 
 private:
@@ -59,10 +62,10 @@ private:
     std::vector<Entry> m_entries;
 };
 
-/// What ParseXML does.
+/// ParseXML without its check for null. When memory runs out, the storage stays empty.
 int ReplaceRecords(CStorage& storage, std::basic_string_view<WCHAR> xml)
 {
-    // Empty from here on, but released at the end: the text may stand in a record or in a key.
+    // The storage is empty from here on, but its content lives until the end: xml may be part of it.
     const auto earlierRecords = std::exchange(*storage.GetConfigurationVector(), {});
     const auto earlierMap = std::exchange(*storage.GetConfigurationMapById(), {});
     CXmlDocument document;
@@ -70,6 +73,7 @@ int ReplaceRecords(CStorage& storage, std::basic_string_view<WCHAR> xml)
     if (!document.FindElement(TEXT("storage")))
         return 0;
     document.EnterElement();
+    RecordVector records;
     CRecordOrder order;
     while (document.FindElement(TEXT("configuration")))
     {
@@ -77,9 +81,11 @@ int ReplaceRecords(CStorage& storage, std::basic_string_view<WCHAR> xml)
         ConfigurationFields::Id(*pConfiguration) = GetTextAttribute(document, TEXT("id"));
         ConfigurationFields::Cfg(*pConfiguration) = GetTextAttribute(document, TEXT("cfg"));
         order.Add(ConfigurationFields::Id(*pConfiguration));
-        storage.GetConfigurationVector()->push_back(std::move(pConfiguration));
+        records.push_back(std::move(pConfiguration));
     }
-    order.Fill(storage);
+    RecordMap map = order.MakeMap(records);
+    storage.GetConfigurationVector()->swap(records);
+    storage.GetConfigurationMapById()->swap(map);
     return 1;
 }
 } // namespace
@@ -90,7 +96,7 @@ CStorage::~CStorage() = default;
 
 CStorage& CStorage::operator=(const CStorage& other)
 {
-    // Vector and map change together, also when an allocation fails on the way.
+    // If an allocation fails, neither vector nor map has changed.
     CStorage copy(other);
     m_configurationVector.swap(copy.m_configurationVector);
     m_configurationMapById.swap(copy.m_configurationMapById);
@@ -150,8 +156,11 @@ void CStorage::AddConfiguration(boost::shared_ptr<CConfiguration> pConfiguration
 {
     if (!pConfiguration)
         return;
-    m_configurationVector.push_back(pConfiguration);
-    m_configurationMapById.try_emplace(pConfiguration->GetId(), pConfiguration);
+    // Vector and map change together: only the allocations before merge can fail, and merge relinks the node.
+    RecordMap entry;
+    entry.try_emplace(pConfiguration->GetId(), pConfiguration);
+    m_configurationVector.push_back(std::move(pConfiguration));
+    m_configurationMapById.merge(entry);
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the exported signature

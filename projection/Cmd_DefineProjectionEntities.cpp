@@ -2,11 +2,17 @@
 
 #include "platform/host/CoordinateInput.h"
 #include "platform/host/InteractorMessage.h"
+#include "platform/host/NOI_RuntimeSystem.h"
 #include "platform/host/ObjectSelectGeneral.h"
+#include "platform/host/ResourceHandleHelper.h"
+#include "platform/host/XMLTreeInfoDlg.h"
+#include "platform/mfc/afx.h"
 #include "projection/DlgDefineProjections.h"
-#include "projection/TrialGeometry.h"
 #include "resources/resource.h"
 
+#include <boost/exception/exception.hpp>
+
+#include <exception>
 #include <memory>
 #include <utility>
 
@@ -25,7 +31,151 @@ void StartEntitySelection()
     // From here on the selection is the host's.
     Allplan::IFW::Framework::SendInteractorMessage(StartInputFunction, reinterpret_cast<__int64>(pSelection));
 }
+
+constexpr int LineCount = 10;
+constexpr int GridWidth = 100; // lines in a row
+constexpr double Origin = 100.0;
+constexpr double ColumnPitch = 10.0;
+constexpr double RowFactor = 20.0;
+constexpr double RowSpacing = 1.1;
+constexpr double LineLength = 20.0;
+
+// The host takes the parts of a colour by reference.
+constexpr BYTE s_red = 0;
+constexpr BYTE s_green = 128;
+constexpr BYTE s_blue = 255;
+
+void SetTrialGeometry(const CNOI_SmartPtr<CNOI_BasisLine2D>& pLine, int index)
+{
+    const int row = index / GridWidth;
+    const int column = index % GridWidth;
+    const double x = column * ColumnPitch + Origin;
+    const double startY = row * RowFactor * RowSpacing + Origin;
+    const double endY = startY + LineLength;
+
+    const auto pGeometry = CNOI_GeoLine2D::CreateObj();
+    pGeometry->GetStartPoint()->Set(x, startY);
+    pGeometry->GetEndPoint()->Set(x, endY);
+    pLine->SetGeometry(pGeometry);
+}
+
+void AddTrialLines(const CNOI_SmartPtr<CNOI_IDatabase>& pDatabase, std::vector<CNOI_SmartPtr<CNOI_BasisLine2D>>& lines)
+{
+    for (int i = 0; i < LineCount; ++i)
+    {
+        CNOI_SmartPtr<CNOI_BasisLine2D> pLine;
+        CNOI_BasisLine2D::CNOI_ClassFactory::createObject(pDatabase, pLine);
+        SetTrialGeometry(pLine, i);
+        ApplyTrialLineStyle(pLine);
+        pDatabase->AddObject(pLine);
+        lines.push_back(pLine);
+    }
+}
+
+/// Closes the database while an exception is on its way out. If closing fails too, the new exception replaces that one,
+/// which then must be deleted here.
+template <typename Deleter>
+void CloseAfterFailure(CNOI_SmartPtr<CNOI_Database>& pDatabase, Deleter deleteReplaced)
+{
+    try
+    {
+        CNOI_RuntimeSystem::closeDatabase(pDatabase);
+    }
+    catch (...)
+    {
+        deleteReplaced();
+        throw;
+    }
+}
+
+void AddTrialLinesToDrawing(std::vector<CNOI_SmartPtr<CNOI_BasisLine2D>>& lines)
+{
+    CNOI_SmartPtr<CNOI_Database> pDatabase;
+    try
+    {
+        pDatabase = CNOI_RuntimeSystem::openActiveDatabase();
+        AddTrialLines(pDatabase, lines);
+    }
+    catch (CNOI_AppException* pException)
+    {
+        CloseAfterFailure(pDatabase, [&] { delete pException; });
+        throw;
+    }
+    catch (CException* pException)
+    {
+        CloseAfterFailure(pDatabase, [&] { pException->Delete(); });
+        throw;
+    }
+    catch (...)
+    {
+        CNOI_RuntimeSystem::closeDatabase(pDatabase);
+        throw;
+    }
+    CNOI_RuntimeSystem::closeDatabase(pDatabase);
+}
+
+void ShowReport(const WString& report)
+{
+    const Allplan::IFW::Resources::ResourceHandleHelper resources(TEXT("NemAll_IFW_Controls"));
+    CXMLTreeInfoDlg dialog(TEXT("Error"), TEXT("test"), report.c_str());
+    dialog.DoModal();
+}
+
+/// Deletes the exception before anything is shown.
+WString TakeReport(CNOI_AppException* pException)
+{
+    const std::unique_ptr<CNOI_AppException> pOwned(pException);
+    return pOwned->PrintReport();
+}
+
+void ShowForeignReport(CNOI_AppForeignException&& exception)
+{
+    // A fixed place, by which such reports are known; it does not follow the lines of this file.
+    exception.Source(TEXT("Cmd_DefineProjectionEntities(89)"));
+    ShowReport(exception.PrintReport());
+}
 } // namespace
+
+void ApplyTrialLineStyle(const CNOI_SmartPtr<CNOI_DBObject>& pObject)
+{
+    pObject->GetCommonStyle()->Init();
+    pObject->GetCommonStyle()->Color()->SetARGB(0, s_red, s_green, s_blue);
+    pObject->GetCommonStyle()->Stroke(1);
+    pObject->GetCommonStyle()->Pen(1);
+    pObject->GetCommonStyle()->Layer(0);
+}
+
+void MakeTrialLines(std::vector<CNOI_SmartPtr<CNOI_BasisLine2D>>& lines)
+{
+    try
+    {
+        AddTrialLinesToDrawing(lines);
+    }
+    catch (CNOI_AppException* pException)
+    {
+        ShowReport(TakeReport(pException));
+    }
+    catch (CException* pException)
+    {
+        ShowForeignReport(CNOI_AppForeignException(pException));
+    }
+    catch (_com_error& error)
+    {
+        ShowForeignReport(CNOI_AppForeignException(error));
+    }
+    catch (boost::exception& exception) // before std::exception: what Boost throws is often both
+    {
+        ShowForeignReport(CNOI_AppForeignException(exception));
+    }
+    catch (std::exception& exception)
+    {
+        ShowForeignReport(CNOI_AppForeignException(exception));
+    }
+    catch (...)
+    {
+        ShowForeignReport(CNOI_AppForeignException());
+    }
+}
 
 namespace VLT
 {

@@ -1,5 +1,6 @@
 #include "projection/DlgDefineProjections.h"
 
+#include "platform/host/HostControl.h"
 #include "projection/ProjectionRegistry.h"
 #include "resources/resource.h"
 #include "tests/support/RecordingHandler.h"
@@ -80,6 +81,16 @@ protected:
     CTestedDialog m_dialog;
 };
 } // namespace
+
+// The first test of the program, since only the first dialog makes the string table, which takes the host's language.
+TEST_F(DefineProjections, TheFirstDialogOverridesTheHostsLanguage)
+{
+    ASSERT_TRUE(CUIStrings::m_currentLanguage.empty()) << "another test ran first";
+    HostControl::SetLanguage(TEXT("de"));
+    ASSERT_TRUE(m_dialog.Create(IDD_DEFINE_PROJECTIONS, nullptr));
+    EXPECT_TRUE(CUIStrings::m_currentLanguage == TEXT("en"));
+    HostControl::Reset();
+}
 
 TEST_F(DefineProjections, OkSavesThenClosesThenEnds)
 {

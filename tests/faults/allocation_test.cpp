@@ -1,5 +1,6 @@
 // Memory that runs out at any allocation: the exception passes through, nothing is left behind, and the objects stay
 // sound.
+#include "commands/CommandManager.h"
 #include "configuration/Storage.h"
 #include "projection/ProjectionRegistry.h"
 #include "projection/base64/Base64.h"
@@ -10,6 +11,7 @@
 
 #include <boost/make_shared.hpp>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 
@@ -122,15 +124,23 @@ TEST_F(AllocationFailure, InTheStorage)
                 VLT::CStorage storage;
                 FillStorage(storage);
                 perform([&] { operation(storage, xml); });
-                for (const auto& pConfiguration : *storage.GetConfigurationVector())
-                    EXPECT_TRUE(pConfiguration && !pConfiguration->GetId().IsEmpty());
+                const auto& records = *storage.GetConfigurationVector();
+                for (const auto& pConfiguration : records)
+                    EXPECT_TRUE(pConfiguration && storage.GetConfigurationById(pConfiguration->GetId()));
                 for (const auto& [id, pConfiguration] : *storage.GetConfigurationMapById())
-                    EXPECT_EQ(storage.GetConfigurationById(id), pConfiguration);
+                    EXPECT_EQ(std::count(records.begin(), records.end(), pConfiguration), 1);
                 EXPECT_EQ(storage.ParseXML(xml), 1);
                 EXPECT_EQ(storage.GetXML(), xml);
             });
     }
     std::filesystem::remove("allocation_test_2.tmp");
+}
+
+// No other test of this program makes the manager. A failed start leaves none: the next one registers the commands.
+TEST_F(AllocationFailure, InTheCommandManager)
+{
+    Allocation::FailEach([](auto perform) { perform([] { VLT::CCommandManager::Instance(); }); });
+    EXPECT_EQ(VLT::CCommandManager::Instance()->IsNativeCommandAvailable(TEXT("CMD_DEFINE_PROJ_ENTITIES")), 1);
 }
 
 TEST_F(AllocationFailure, InTheRegistry)

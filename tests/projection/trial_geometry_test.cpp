@@ -1,4 +1,4 @@
-#include "projection/TrialGeometry.h"
+#include "projection/Cmd_DefineProjectionEntities.h"
 
 #include "platform/host/HostControl.h"
 
@@ -191,7 +191,8 @@ TEST_F(TrialGeometry, ClosesWhatDidNotOpen)
 TEST_F(TrialGeometry, ReportsAFailureOfClosing)
 {
     for (const auto& [failure, pReport] : failures)
-        for (const auto first : {Failure::EmptyResult, Failure::AppException, Failure::StdException})
+        for (const auto first :
+             {Failure::EmptyResult, Failure::AppException, Failure::MfcException, Failure::StdException})
         {
             SCOPED_TRACE(testing::Message() << pReport << " behind failure " << static_cast<int>(first));
             StartAgain();
