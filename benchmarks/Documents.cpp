@@ -14,12 +14,21 @@ class CGenerator
 {
 public:
     CGenerator(BenchDocument& document, int64_t characters) : m_document(document), m_characters(characters) {}
+    /// With that many children of the root.
+    CGenerator(BenchDocument& document, int children, int recordBytes)
+        : m_document(document), m_children(children), m_minRecord(recordBytes), m_maxRecord(recordBytes)
+    {
+    }
 
     void Make(char kind);
 
 private:
     std::string& Text() { return m_document.narrowText; }
-    bool IsShort(size_t closing) { return static_cast<int64_t>(Text().size() + closing) < m_characters; }
+    bool IsShort(size_t closing)
+    {
+        return m_children == 0 ? static_cast<int64_t>(Text().size() + closing) < m_characters
+                               : m_document.elements <= m_children;
+    }
     int Number(int least, int most) { return std::uniform_int_distribution(least, most)(m_random); }
     bool Chance() { return Number(0, 1) != 0; }
 
@@ -36,25 +45,35 @@ private:
     void AddCounted(std::string_view name, std::string_view text);
 
     BenchDocument& m_document;
-    int64_t m_characters;
+    int64_t m_characters = 0;
+    int m_children = 0; ///< 0: as many as the characters allow
+    int m_minRecord = 200;
+    int m_maxRecord = 4000;
     std::mt19937 m_random{Seed};
 };
 
 void CGenerator::Make(char kind)
 {
+    m_document.name = std::string(1, kind);
     switch (kind)
     {
     case 'A':
-        return MakeStorage();
+        MakeStorage();
+        break;
     case 'B':
-        return MakeRegistry();
+        MakeRegistry();
+        break;
     case 'C':
-        return MakeShortTags();
+        MakeShortTags();
+        break;
     case 'D':
-        return MakeTexts();
+        MakeTexts();
+        break;
     default:
-        return MakeDeep();
+        MakeDeep();
+        break;
     }
+    m_document.text.assign(Text().begin(), Text().end());
 }
 
 std::string CGenerator::RandomText(int length)
@@ -68,6 +87,7 @@ std::string CGenerator::RandomText(int length)
 void CGenerator::AddAttribute(std::string_view name, std::string_view value)
 {
     Text().append(" ").append(name).append("=\"").append(value).append("\"");
+    m_document.allAttributes.Add(value.data(), value.size());
 }
 
 /// An attribute in base64.
@@ -88,6 +108,7 @@ void CGenerator::AddCounted(std::string_view name, std::string_view text)
 void CGenerator::MakeStorage()
 {
     m_document.childName = "configuration";
+    m_document.attributeNames = {"id", "cfg"};
     m_document.firstAttribute = "id";
     m_document.secondAttribute = "cfg";
     Text() = "<storage>";
@@ -95,7 +116,7 @@ void CGenerator::MakeStorage()
     {
         Text() += "<configuration";
         AddCounted("id", RandomText(20));
-        AddCounted("cfg", RandomText(Number(200, 4000)));
+        AddCounted("cfg", RandomText(Number(m_minRecord, m_maxRecord)));
         Text() += " />";
     }
     Text() += "</storage>";
@@ -104,6 +125,7 @@ void CGenerator::MakeStorage()
 void CGenerator::MakeRegistry()
 {
     m_document.childName = "projectionDefinition";
+    m_document.attributeNames = {"name", "showInLS", "showInCS", "showInEditor", "layerName", "entityId", "isActive"};
     m_document.firstAttribute = "name";
     m_document.secondAttribute = "entityId";
     Text() = "<projectionRegistry>";
@@ -165,9 +187,14 @@ void CGenerator::MakeDeep()
 BenchDocument MakeBenchDocument(char kind, int64_t characters)
 {
     BenchDocument document;
-    document.name = std::string(1, kind);
     CGenerator(document, characters).Make(kind);
-    document.text.assign(document.narrowText.begin(), document.narrowText.end());
+    return document;
+}
+
+BenchDocument MakeSmallDocument(char kind, int children)
+{
+    BenchDocument document;
+    CGenerator(document, children, 200).Make(kind);
     return document;
 }
 

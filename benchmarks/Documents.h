@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <string>
+#include <vector>
 
 /// What a reader has to find in many values together.
 struct ValueTotals
@@ -12,7 +13,7 @@ struct ValueTotals
     int64_t units = 0;
     int64_t checksum = 0; ///< the sum of the first and the last unit of each value
 
-    /// A value is ASCII. Unit: of 8 or 16 bits.
+    /// The value is ASCII, in units of 8 or 16 bits.
     template <typename Unit>
     void Add(const Unit* pValue, size_t length)
     {
@@ -27,15 +28,17 @@ struct ValueTotals
 /// ASCII, with what a correct reader finds in it.
 struct BenchDocument
 {
-    std::string name; ///< "A".."E"
+    std::string name; ///< "A" to "E"
     WString text;
     std::string narrowText; ///< the same in bytes
     int64_t elements = 0;
     std::string childName; ///< of the root's children; empty if the document is no job for attributes
     std::string firstAttribute;
     std::string secondAttribute;
-    ValueTotals attributes; ///< of these two attributes of all of the root's children
-    ValueTotals texts;      ///< the same, decoded from base64
+    ValueTotals attributes;                  ///< of these two attributes of all of the root's children
+    ValueTotals texts;                       ///< the same, decoded from base64
+    std::vector<std::string> attributeNames; ///< all that each child has, in order
+    ValueTotals allAttributes;
 
     int64_t GetLength() const { return static_cast<int64_t>(text.size()); }
 };
@@ -50,6 +53,9 @@ constexpr const char* BenchDocumentKinds = "ABCDE";
 
 /// A document of that kind with about that many characters. Well-formed.
 BenchDocument MakeBenchDocument(char kind, int64_t characters);
+
+/// A storage (A) or a registry (B) with that many children; the texts of the storage's records have 200 bytes each.
+BenchDocument MakeSmallDocument(char kind, int children);
 
 /// "1 MB": a million or a thousand characters make one.
 std::string SizeName(int64_t characters);

@@ -1,5 +1,7 @@
 #include "benchmarks/Harness.h"
 
+#include "benchmarks/Caches.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -23,27 +25,45 @@ double Median(std::vector<double> values)
 }
 
 /// Seconds of one run, or NoTime after a wrong result.
-double RunOnce(IContestant& contestant)
+double RunOnce(IContestant& contestant, Timing timing)
 {
-    contestant.Prepare();
-    const auto start = std::chrono::steady_clock::now();
-    contestant.Run();
-    const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - start;
-    return contestant.Finish() ? taken.count() : NoTime;
+    using Clock = std::chrono::steady_clock;
+    const bool isWhole = timing.isCold || timing.batch > 0;
+    if (timing.isCold)
+        EmptyCaches();
+    if (!isWhole)
+        contestant.Prepare();
+    const int runs = std::max(timing.batch, 1);
+    const auto start = Clock::now();
+    for (int i = 0; i < runs; ++i)
+    {
+        if (isWhole)
+            contestant.Prepare();
+        contestant.Run();
+    }
+    const std::chrono::duration<double> taken = Clock::now() - start;
+    return contestant.Finish() ? taken.count() / runs : NoTime;
 }
 
-/// A contestant's turn in a round: the fastest of as many runs as the turn has time for. The first run does not count:
-/// it pays for the state in which the one before left the heap, such as a million free blocks to be sorted.
-double RunTurn(IContestant& contestant, double turnSeconds)
+/// A contestant's turn in a round: the fastest of as many runs as the turn has time for, or the median of some cold
+/// ones. The first run does not count: it pays for the heap as the contestant before left it, such as with a million
+/// free blocks to be sorted.
+double RunTurn(IContestant& contestant, double turnSeconds, Timing timing)
 {
-    double fastest = RunOnce(contestant) == NoTime ? NoTime : std::numeric_limits<double>::max();
-    for (double total = 0; total < turnSeconds && fastest != NoTime;)
+    constexpr size_t coldRuns = 15;
+    if (RunOnce(contestant, timing) == NoTime)
+        return NoTime;
+    std::vector<double> times;
+    double total = 0;
+    while (timing.isCold ? times.size() < coldRuns : total < turnSeconds)
     {
-        const double taken = RunOnce(contestant);
-        total += taken;
-        fastest = taken == NoTime ? NoTime : std::min(fastest, taken);
+        const double taken = RunOnce(contestant, timing);
+        if (taken == NoTime)
+            return NoTime;
+        times.push_back(taken);
+        total += taken * std::max(timing.batch, 1);
     }
-    return fastest;
+    return timing.isCold ? Median(times) : *std::min_element(times.begin(), times.end());
 }
 
 const char* NameOf(Role role)
@@ -75,13 +95,29 @@ std::string Quoted(const std::string& text)
     return quoted + '"';
 }
 
+/// Three digits or so, with the unit that suits them.
+std::string TimeText(double seconds)
+{
+    const struct
+    {
+        double unit;
+        const char* pName;
+    } units[] = {{1, "s"}, {1e-3, "ms"}, {1e-6, "us"}, {1e-9, "ns"}};
+    const auto* pUnit = std::find_if(std::begin(units), std::end(units) - 1,
+                                     [&](const auto& candidate) { return seconds >= candidate.unit; });
+    const double count = seconds / pUnit->unit;
+    char text[32];
+    std::snprintf(text, sizeof text, "%.*f %s", count < 10 ? 2 : count < 100 ? 1 : 0, count, pUnit->pName);
+    return text;
+}
+
 double Rate(int64_t work, double seconds)
 {
     return static_cast<double>(work) / seconds / 1e6;
 }
 } // namespace
 
-std::vector<Standing> Compete(const Contestants& contestants, const BenchOptions& options)
+std::vector<Standing> Compete(const Contestants& contestants, const BenchOptions& options, Timing timing)
 {
     const size_t count = contestants.size();
     std::vector<Standing> standings(count);
@@ -97,7 +133,7 @@ std::vector<Standing> Compete(const Contestants& contestants, const BenchOptions
             const size_t i = (turn + static_cast<size_t>(round)) % count;
             if (!standings[i].isCorrect)
                 continue;
-            times[i] = RunTurn(*contestants[i], options.turnSeconds);
+            times[i] = RunTurn(*contestants[i], options.turnSeconds, timing);
             standings[i].isCorrect = times[i] != NoTime;
             standings[i].seconds = std::min(standings[i].seconds, times[i]);
         }
@@ -113,7 +149,8 @@ std::vector<Standing> Compete(const Contestants& contestants, const BenchOptions
 void CReport::AddRace(const std::string& title, int64_t work, const std::vector<Standing>& standings, double goal,
                       double limitGoal)
 {
-    std::printf("\n%s\n  %-34s %-12s %12s %14s\n", title.c_str(), "contestant", "role", "M char/s", "ours is faster");
+    std::printf("\n%s\n  %-46s %-12s %10s %10s %15s\n", title.c_str(), "contestant", "role", "time", "M char/s",
+                "ours is faster");
     const Standing* pBest = nullptr;
     const Standing* pLimit = nullptr;
     for (const Standing& standing : standings)
@@ -121,12 +158,12 @@ void CReport::AddRace(const std::string& title, int64_t work, const std::vector<
         if (!standing.isCorrect)
         {
             // A peer may have its limits, such as a greatest depth. Ours may not.
-            std::printf("  %-34s %-12s %12s\n", standing.name.c_str(), NameOf(standing.role), "no result");
+            std::printf("  %-46s %-12s %10s\n", standing.name.c_str(), NameOf(standing.role), "no result");
             m_hasFaults |= standing.role == Role::Ours || standing.role == Role::OursToo;
             continue;
         }
-        std::printf("  %-34s %-12s %12.0f %13.2fx\n", standing.name.c_str(), NameOf(standing.role),
-                    Rate(work, standing.seconds), standing.ratio);
+        std::printf("  %-46s %-12s %10s %10.0f %14.2fx\n", standing.name.c_str(), NameOf(standing.role),
+                    TimeText(standing.seconds).c_str(), Rate(work, standing.seconds), standing.ratio);
         if (standing.role == Role::Peer && (pBest == nullptr || standing.ratio < pBest->ratio))
             pBest = &standing;
         if (standing.role == Role::Limit)
@@ -188,11 +225,11 @@ void CReport::PrintSummary() const
 {
     if (m_summaries.empty())
         return;
-    std::printf("\nOurs against the best peer and the limit\n  %-34s %-34s %8s %8s\n", "race", "against", "ratio",
+    std::printf("\nOurs against the best peer and the limit\n  %-42s %-46s %8s %8s\n", "race", "against", "ratio",
                 "goal");
     for (const Summary& summary : m_summaries)
     {
-        std::printf("  %-34s %-34s %7.2fx", summary.title.c_str(), summary.rival.c_str(), summary.ratio);
+        std::printf("  %-42s %-46s %7.2fx", summary.title.c_str(), summary.rival.c_str(), summary.ratio);
         if (summary.goal > 0)
             std::printf(" %7.2fx%s", summary.goal, summary.ratio >= summary.goal ? "" : "  missed");
         std::printf("\n");

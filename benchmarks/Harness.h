@@ -48,13 +48,23 @@ struct Standing
 {
     std::string name;
     Role role = Role::Peer;
-    double seconds = 0;     ///< of one run: the fastest of all
+    double seconds = 0;     ///< of one run: the fastest turn of all
     double ratio = 0;       ///< how many times as fast ours was in the same round, in the median; 1 for ours
     bool isCorrect = false; ///< every single run gave what it should
 };
 
+/// How the runs of a race are timed.
+struct Timing
+{
+    /// 0: each run by itself, without Prepare and Finish. Otherwise that many runs with one reading of the clock, for
+    /// jobs that are too short to be timed alone. Each of them includes Prepare, and dropping what the last one made.
+    int batch = 0;
+    /// The caches are emptied before each run, which includes Prepare; the median counts instead of the fastest.
+    bool isCold = false;
+};
+
 /// Runs the contestants, of which the first is ours. A contestant that gave a wrong result leaves the race.
-std::vector<Standing> Compete(const Contestants& contestants, const BenchOptions& options);
+std::vector<Standing> Compete(const Contestants& contestants, const BenchOptions& options, Timing timing = {});
 
 /// What a parsed document takes.
 struct Footprint

@@ -24,6 +24,8 @@ struct Job
 
 /// From a text to a document that can be walked; the same and a string of each of two attributes of all children.
 std::vector<Job> XmlJobs();
+/// The contestants of the parse, ours first. The document outlives them.
+Contestants MakeParse(const BenchDocument& document);
 /// Whole operations of storage and registry.
 std::vector<Job> StorageJobs();
 /// Values of 4 KB, to base64 and back.
@@ -35,6 +37,8 @@ std::vector<Job> AllJobs();
 
 // Each prints its tables through the report, and leaves out what the filter leaves out.
 
+/// Documents of a few hundred characters, warm and cold.
+void RunSmallRaces(const BenchOptions& options, CReport& report);
 /// Every job at every size, all contestants side by side.
 void RunRaces(const BenchOptions& options, CReport& report);
 /// What a parsed document takes of memory.

@@ -1,8 +1,7 @@
 #pragma once
-/// What the peers make of a storage: the same two 16-bit strings of each record that CStorage keeps.
-#include "benchmarks/Documents.h"
+/// What the peers make of a large storage: the same two 16-bit strings of each record that CStorage keeps.
+#include "benchmarks/Decoders.h"
 
-#include <openssl/evp.h>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,17 +13,14 @@ struct StoredRecord
 };
 using StoredRecords = std::vector<StoredRecord>;
 
-/// Decodes values with OpenSSL, which wants whole groups and leaves the bytes of the padding in.
 class CStoredTexts
 {
 public:
     std::u16string Decode(std::string_view value)
     {
-        m_bytes.resize(value.size());
-        const int count = EVP_DecodeBlock(m_bytes.data(), reinterpret_cast<const unsigned char*>(value.data()),
-                                          static_cast<int>(value.size()));
-        const size_t padding = value.ends_with("==") ? 2 : value.ends_with('=') ? 1 : 0;
-        return {m_bytes.begin(), m_bytes.begin() + count - static_cast<std::ptrdiff_t>(padding)};
+        const std::string_view bytes = m_decode(value);
+        const auto* const pBytes = reinterpret_cast<const unsigned char*>(bytes.data());
+        return {pBytes, pBytes + bytes.size()};
     }
     std::u16string Decode(std::u16string_view value)
     {
@@ -33,6 +29,6 @@ public:
     }
 
 private:
-    std::vector<unsigned char> m_bytes;
+    COpenSslDecoder m_decode;
     std::string m_narrow;
 };

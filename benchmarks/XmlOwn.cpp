@@ -5,7 +5,7 @@
 
 namespace
 {
-/// CXmlDocument over a text that already stands in it, as behind ReadTextFile, or taking a copy of it with SetText.
+/// CXmlDocument over a text where it stands, as the module uses it, or over a copy of its own.
 class COwnReader : public IXmlReader
 {
 public:
@@ -29,8 +29,7 @@ public:
         m_document.emplace();
         if (m_copiesText)
             return m_document->SetText(m_text);
-        m_document->m_text = m_text; // shares the text
-        return m_document->Parse();
+        return m_document->ParseInPlace({m_text.GetString(), static_cast<size_t>(m_text.GetLength())});
     }
     int64_t CountElements() override { return m_document->m_usedPositions - 1; }
     ValueTotals ReadAttributes() override

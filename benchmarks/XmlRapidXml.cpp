@@ -17,7 +17,7 @@ class CRapidXmlReader : public IXmlReader
 {
 public:
     explicit CRapidXmlReader(const BenchDocument& document)
-        : m_source(document),
+        : m_original(Widened<Unit>(document.narrowText)),
           m_childName(Widened<Unit>(document.childName)),
           m_first(Widened<Unit>(document.firstAttribute)),
           m_second(Widened<Unit>(document.secondAttribute))
@@ -34,7 +34,7 @@ public:
     void Restore() override
     {
         if (m_text.empty() || !Fastest) // parse_fastest leaves the text as it is
-            m_text = Widened<Unit>(m_source.narrowText);
+            m_text = m_original;
     }
     bool Parse() override
     {
@@ -104,11 +104,11 @@ private:
         }
     }
 
-    const BenchDocument& m_source;
+    std::basic_string<Unit> m_original;
     std::basic_string<Unit> m_childName;
     std::basic_string<Unit> m_first;
     std::basic_string<Unit> m_second;
-    std::basic_string<Unit> m_text;
+    std::basic_string<Unit> m_text; ///< with what the parser wrote into it
     std::optional<rapidxml::xml_document<Unit>> m_document;
 };
 } // namespace
