@@ -26,6 +26,7 @@ struct GrowingText
     int64_t count; ///< what the name says, for the last but one of the texts
     bool isWellFormed;
     std::function<WString(int64_t count)> make;
+    bool readsChildren = false; ///< their attribute "a" too
 };
 
 std::vector<GrowingText> HostileTexts()
@@ -64,10 +65,14 @@ std::vector<GrowingText> HostileTexts()
          [](int64_t n) { return TEXT("<r a=\"") + Repeated(TEXT("&#1234567&lt"), n) + TEXT("\"/>"); }},
         {"broken tags, 1,000,000", 1000000, false,
          [](int64_t n) { return TEXT("<r>") + Repeated(TEXT("<1<!-"), n) + TEXT("</r>"); }},
+        {"end tags that match up to a =, 1,000,000", 1000000, false,
+         [](int64_t n) { return Repeated(TEXT("<a></a=>"), n); }},
+        {"attributes without a value, 1,000,000", 1000000, false,
+         [](int64_t n) { return TEXT("<r>") + Repeated(TEXT("<c b=>"), n) + TEXT("</r>"); }, true},
     };
 }
 
-/// Parses the text and reads an attribute "a" of the root, which most do not have.
+/// Parses the text and reads an attribute "a" of the root and perhaps of its children, which most do not have.
 class CParseText : public IContestant
 {
 public:
@@ -86,6 +91,9 @@ public:
         m_isWellFormed = m_document->Parse();
         m_document->FindElement(nullptr);
         m_document->GetAttribute(TEXT("a"));
+        m_document->EnterElement();
+        while (m_growing.readsChildren && m_document->FindElement(nullptr))
+            m_document->GetAttribute(TEXT("a"));
     }
     bool Finish() override
     {

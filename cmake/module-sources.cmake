@@ -21,7 +21,9 @@ set(VELTRANO_MODULE_SOURCES
     xml/XmlDocument.cpp
     xml/XmlFile.cpp
     xml/XmlNavigation.cpp
+    xml/XmlOpenNames.cpp
     xml/XmlParser.cpp
+    xml/XmlRunOnSearches.cpp
     xml/fast/XmlPlainAttributes.cpp
     xml/XmlScanner.cpp
     xml/fast/XmlTagEnds.cpp

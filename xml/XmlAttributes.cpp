@@ -1,3 +1,4 @@
+#include "xml/XmlRunOnSearches.h"
 #include "xml/XmlScanner.h"
 #include "xml/fast/XmlVector.h"
 
@@ -47,11 +48,12 @@ bool TakeNameAsValue(XmlScanner& scanner, int matchEnd)
     scanner.next = matchEnd + 1;
     return true;
 }
-} // namespace
 
-// Nothing but a token that starts with >, / or ? bounds the scan. Behind a = such a unit is a value, so the scan
-// of a damaged tag can run on into what follows it.
-bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName)
+/// Nothing but a token that starts with >, / or ? ends the search. After a = such a unit is a value, so the search in a
+/// damaged tag can run on into what follows it. mayStop: called with the offset in front of each token as long as no
+/// name has matched and all depends on what follows; true ends the search.
+template <typename MayStop>
+bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName, MayStop mayStop)
 {
     int matchEnd = 0; // 0: no match yet; a tag's < stands at 0 or behind it, so no name ends there
     bool tagNameSeen = false;
@@ -59,6 +61,8 @@ bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName)
     for (;;)
     {
         const int before = scanner.next;
+        if (matchEnd == 0 && tagNameSeen && !afterEqual && mayStop(before))
+            return false;
         if (!ReadToken(scanner, afterEqual))
             break;
         const bool isValue = std::exchange(afterEqual, false);
@@ -93,7 +97,32 @@ bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName)
     }
     if (matchEnd == 0)
         return false;
-    return afterEqual || TakeNameAsValue(scanner, matchEnd); // a text that ends behind the = leaves that as value
+    return afterEqual || TakeNameAsValue(scanner, matchEnd); // a text that ends after the = leaves that as value
+}
+} // namespace
+
+bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName)
+{
+    return ScanAttribute(scanner, pName, [](int) { return false; });
+}
+
+bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName, int tagEnd, CRunOnSearches& searches)
+{
+    std::optional<CRunOnSearches::COutcome> known;
+    CRunOnSearches::Offsets passed;
+    const bool isFound = ScanAttribute(scanner, pName,
+                                       [&](int token)
+                                       {
+                                           if (token >= tagEnd)
+                                               known = searches.Join(pName, token, passed);
+                                           return known.has_value();
+                                       });
+    const auto outcome = known.value_or(CRunOnSearches::COutcome{isFound, scanner.first, scanner.last});
+    if (!passed.empty())
+        searches.Add(pName, passed, outcome);
+    scanner.first = outcome.first;
+    scanner.last = outcome.last;
+    return outcome.isFound;
 }
 
 namespace

@@ -35,6 +35,7 @@ bool CXmlDocument::ParseUnits(const WCHAR* pUnits, int count)
 {
     m_pUnits = pUnits;
     m_unitCount = count;
+    m_runOnSearches.Clear();
     const CString previousResult = m_result;
     m_parentPos = m_currentPos = m_nodeType = 0;
 

@@ -1,6 +1,7 @@
 #pragma once
 /// The module's XML reader: a text with a table of element positions.
 #include "platform/mfc/atlstr.h"
+#include "xml/XmlRunOnSearches.h"
 #include "xml/XmlScanner.h"
 #include "xml/fast/XmlPlainAttributes.h"
 
@@ -139,4 +140,7 @@ private:
     PlainAttribute FindPlainAt(int position, const WCHAR* pName) const;
     std::basic_string_view<WCHAR> RawUnits(PlainAttribute plain, int position, const WCHAR* pName) const;
     std::basic_string_view<WCHAR> UnitsToTagEnd(PlainAttribute plain, int position) const;
+    int TagEnd(int position) const;
+
+    mutable CRunOnSearches m_runOnSearches;
 };

@@ -148,7 +148,7 @@ std::basic_string_view<WCHAR> CXmlDocument::RawUnits(PlainAttribute plain, int p
             return {pText + plain.first, pText + end};
     }
     XmlScanner scanner{.next = At(position).start + 1, .text = pText};
-    if (!ScanAttribute(scanner, pName))
+    if (!ScanAttribute(scanner, pName, TagEnd(position), m_runOnSearches))
         return {};
     return {pText + scanner.first, static_cast<size_t>(std::max(scanner.last + 1 - scanner.first, 0))};
 }
@@ -156,7 +156,12 @@ std::basic_string_view<WCHAR> CXmlDocument::RawUnits(PlainAttribute plain, int p
 /// From the value on. Too few, if the length of the tag is beyond what a record holds.
 std::basic_string_view<WCHAR> CXmlDocument::UnitsToTagEnd(PlainAttribute plain, int position) const
 {
+    return {m_pUnits + plain.first, static_cast<size_t>(std::max(TagEnd(position) - plain.first, 0))};
+}
+
+/// The offset after the start tag; less, if the length of the tag is beyond what a record holds.
+int CXmlDocument::TagEnd(int position) const
+{
     const XmlElementPosition& element = At(position);
-    const int tagEnd = element.start + static_cast<int>(element.tagLengths & StartTagLengthMask);
-    return {m_pUnits + plain.first, static_cast<size_t>(std::max(tagEnd - plain.first, 0))};
+    return element.start + static_cast<int>(element.tagLengths & StartTagLengthMask);
 }

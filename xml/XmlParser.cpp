@@ -1,57 +1,14 @@
 #include "xml/XmlDocument.h"
+#include "xml/XmlOpenNames.h"
 #include "xml/fast/XmlTagEnds.h"
 
 #include <algorithm>
 #include <span>
-#include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
 namespace
 {
-/// The names of the open elements, counted, so that an end tag that none of them matches need not be compared with
-/// each: many such tags inside many open elements would cost the product. It follows the open elements only when it is
-/// asked, which a well-formed text never needs.
-class COpenNames
-{
-public:
-    using Name = std::basic_string_view<WCHAR>;
-
-    /// Takes note of the elements open by now: indexes, outermost first. nameOf: gives the name of an index.
-    template <typename NameOf>
-    void Follow(std::span<const int> open, NameOf nameOf);
-    /// False: none of them matches an end tag of that name. True: it has to be tried.
-    bool MayHold(Name name) const { return m_counts.contains(Head(name)); }
-
-private:
-    /// As far as the names that match each other are the same in any case.
-    static Name Head(Name name) { return name.substr(0, name.find_first_of(TEXT("=[]"))); }
-
-    std::vector<int> m_known;
-    std::unordered_map<Name, int> m_counts; ///< by head
-};
-
-template <typename NameOf>
-void COpenNames::Follow(std::span<const int> open, NameOf nameOf)
-{
-    // Indexes only grow, so what is still open is a common beginning of both.
-    size_t same = std::min(m_known.size(), open.size());
-    while (same > 0 && m_known[same - 1] != open[same - 1])
-        --same;
-    for (; m_known.size() > same; m_known.pop_back())
-    {
-        const auto found = m_counts.find(Head(nameOf(m_known.back())));
-        if (--found->second == 0)
-            m_counts.erase(found);
-    }
-    for (size_t i = same; i < open.size(); ++i)
-    {
-        m_known.push_back(open[i]);
-        ++m_counts[Head(nameOf(open[i]))];
-    }
-}
-
 /// Fills the table with the elements of a text. A fault never stops it: the first one leaves its message in m_result,
 /// since behind one broken tag nearly everything looks broken.
 /// Start tags and end tags as they nearly always are it reads itself; whatever else stands at a < it leaves to
@@ -372,12 +329,9 @@ int CTreeBuilder::FindOpen(const WCHAR* pName, int length)
         --depth;
     if (depth != outermostTried || depth == 0)
         return depth;
-    m_openNames.Follow({m_open.data() + 1, static_cast<size_t>(depth)}, [this](int index) { return NameOf(index); });
-    if (!m_openNames.MayHold({pName, static_cast<size_t>(length)}))
-        return 0;
-    while (depth > 0 && !IsNamed(m_open[static_cast<size_t>(depth)], pName, length))
-        --depth;
-    return depth;
+    const std::span<const int> open(m_open.data() + 1, static_cast<size_t>(m_at.depth));
+    m_openNames.Follow(open, [this](int index) { return NameOf(index); });
+    return m_openNames.FindInnermost({pName, static_cast<size_t>(length)});
 }
 
 /// As NameMatches has it, with the name in the element's start tag. It is no NUL that ends this one.

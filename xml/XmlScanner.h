@@ -3,6 +3,8 @@
 /// Everything here works on NUL-terminated text and ends at its first NUL; offsets and lengths count UTF-16 code units.
 #include "platform/mfc/atlstr.h"
 
+class CRunOnSearches;
+
 /// What a node is.
 enum XmlNodeType : int
 {
@@ -131,6 +133,8 @@ inline bool NameMatches(const WCHAR* pToken, int length, const WCHAR* pName)
 /// is its value, without quotes and undecoded; an attribute without = has its own name as value. The first of several
 /// wins. False: there is none up to the tag's end.
 bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName);
+/// The same for one of many tags. tagEnd: the offset after the start tag's >. searches: of this text so far.
+bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName, int tagEnd, CRunOnSearches& searches);
 
 /// The text with its five named entities and its numeric references replaced; what cannot be decoded stays.
 /// pSource: length units, not null, and a NUL somewhere behind them: the ; of a numeric reference is sought there too.

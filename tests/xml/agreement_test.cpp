@@ -322,6 +322,25 @@ TEST(XmlAgreement, DamagedTexts)
     }
 }
 
+// More open elements than are compared one by one, of names that match up to a delimiter only; and attribute searches
+// that leave their tag, of which the later ones take over what the earlier ones found.
+TEST(XmlAgreement, ManyOpenElementsAndSearchesThatRunOn)
+{
+    const auto openNames = Split(TEXT("<a>|<a>|<a=b>|<a=b[c>|<a==>|<b]>|</a>|</a=>|</a=b>|</a=b[>|</b>|</c>"));
+    const auto searches =
+        Split(TEXT("<a b=>|<a b=>|<a c=>|<longName x=>|<a x=\">|=a\" \"|=|'| b='1'| a = >|</a>|/>|>| c"));
+    CDamagedTexts texts;
+    for (int i = 0; i < 400 * s_effort; ++i)
+    {
+        const auto& pieces = i % 2 == 0 ? openNames : searches;
+        WString text;
+        for (int count = texts.Below(400); count > 0; --count)
+            text += pieces[texts.Below(texts.Below(8) == 0 ? pieces.size() : 1 + i / 2 % pieces.size())];
+        if (CBothForms forms; !Agree(forms, text))
+            return;
+    }
+}
+
 // Tables of several segments, and levels and lengths that do not fit their bits.
 TEST(XmlAgreement, LongTexts)
 {
