@@ -23,7 +23,8 @@ _veltrano_library(VeltranoCommands::VeltranoCommands VeltranoCommands)
 _veltrano_library(VeltranoCommands::Host platform_host)
 target_compile_features(VeltranoCommands::VeltranoCommands INTERFACE cxx_std_20)
 target_include_directories(VeltranoCommands::VeltranoCommands SYSTEM INTERFACE
-                           ${VeltranoCommands_PREFIX}/include/VeltranoCommands)
+                           ${VeltranoCommands_PREFIX}/include/VeltranoCommands
+                           ${VeltranoCommands_PREFIX}/include/VeltranoCommands/platform/mfc)
 target_link_libraries(VeltranoCommands::VeltranoCommands INTERFACE VeltranoCommands::Host)
 if(WIN32)
     target_compile_definitions(VeltranoCommands::VeltranoCommands INTERFACE UNICODE _UNICODE _WIN32_WINNT=0x0601)

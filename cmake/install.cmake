@@ -7,10 +7,10 @@ set(headers
     commands/CommandManager.h commands/ICommand.h
     configuration/Configuration.h configuration/ConfigurationStorage.h configuration/Export.h
     configuration/IConfigurationHandler.h configuration/Storage.h
-    platform/text.h
+    platform/compiler.h platform/text.h
     platform/host/BaseEnum.h platform/host/BaseInputMode.h platform/host/CoordinateInput.h platform/host/Export.h
     platform/host/HostControl.h
-    platform/mfc/afxver_.h platform/mfc/atlstr.h
+    platform/mfc/afxver_.h platform/mfc/afxstr.h
     platform/win32/win32.h
     sdk/FileConfigurationHandler.h sdk/StorageFile.h)
 if(NOT WIN32)

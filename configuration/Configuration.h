@@ -1,7 +1,7 @@
 #pragma once
 #include "configuration/Export.h"
-#include "platform/mfc/atlstr.h"
 #include "platform/text.h"
+#include <afxstr.h>
 
 namespace VLT
 {

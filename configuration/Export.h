@@ -1,6 +1,6 @@
 #pragma once
 /// VLT_API marks the classes that the module exports; its own sources define VELTRANO_MODULE_BUILD.
-#include "platform/mfc/afxver_.h"
+#include <afxver_.h>
 
 #ifdef VELTRANO_MODULE_BUILD
 #define VLT_API AFX_CLASS_EXPORT

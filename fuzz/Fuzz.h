@@ -1,8 +1,8 @@
 #pragma once
 /// What the fuzz targets share. A target is one LLVMFuzzerTestOneInput; where libFuzzer is not linked in,
 /// ReplayMain.cpp is its program and runs files through it.
-#include "platform/mfc/atlstr.h"
 #include "platform/text.h"
+#include <afxstr.h>
 
 #include <cstdint>
 #include <cstdio>

@@ -1,8 +1,13 @@
 #pragma once
 /// The module's text: 16-bit code units under the Windows names, in both builds.
 /// On Windows WCHAR is wchar_t, so WString is std::wstring; elsewhere it is char16_t, never a 32-bit wchar_t.
+/// Does not include the Windows headers: a source may include this before the framework, which must come first of them.
 #ifdef _WIN32
-#include "platform/win32/win32.h"
+using WCHAR = wchar_t; // as the Windows headers define both
+#ifndef TEXT
+#define __TEXT(quote) L##quote
+#define TEXT(quote) __TEXT(quote)
+#endif
 #else
 #define TEXT_LITERAL(quote) u##quote
 #define TEXT(quote) TEXT_LITERAL(quote)

@@ -6,9 +6,9 @@
 #include "platform/host/ObjectSelectGeneral.h"
 #include "platform/host/ResourceHandleHelper.h"
 #include "platform/host/XMLTreeInfoDlg.h"
-#include "platform/mfc/afx.h"
 #include "projection/DlgDefineProjections.h"
 #include "resources/resource.h"
+#include <afx.h>
 
 #include <boost/exception/exception.hpp>
 

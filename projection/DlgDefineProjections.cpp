@@ -1,10 +1,10 @@
 #include "projection/DlgDefineProjections.h"
 
 #include "configuration/ConfigurationStorage.h"
-#include "platform/mfc/afxdd_.h"
 #include "projection/ProjectionRegistry.h"
 #include "resources/resource.h"
 #include "uistrings/UIStrings.h"
+#include <afxdd_.h>
 
 namespace
 {

@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/mfc/afxcmn.h"
-#include "platform/mfc/afxwin.h"
+#include <afxcmn.h>
+#include <afxwin.h>
 
 #include <boost/shared_ptr.hpp>
 

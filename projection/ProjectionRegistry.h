@@ -1,6 +1,6 @@
 #pragma once
-#include "platform/mfc/atlstr.h"
 #include "platform/text.h"
+#include <afxstr.h>
 
 #include <boost/shared_ptr.hpp>
 #include <vector>

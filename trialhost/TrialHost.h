@@ -1,7 +1,7 @@
 #pragma once
 #include "platform/host/CoordinateInput.h"
-#include "platform/mfc/atlstr.h"
 #include "platform/win32/win32.h"
+#include <afxstr.h>
 
 #include <vector>
 

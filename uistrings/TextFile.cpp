@@ -1,7 +1,7 @@
 #include "uistrings/TextFile.h"
 
-#include "platform/mfc/afxwin.h"
 #include "resources/resource.h"
+#include <afxwin.h>
 
 #include <cstdlib>
 #include <cstring>

@@ -1,9 +1,9 @@
 #include "uistrings/UIStrings.h"
 
 #include "platform/host/NOI_Service_AllplanLocalisation.h"
-#include "platform/mfc/afx.h"
 #include "platform/mfc/decimal.h"
 #include "uistrings/TextFile.h"
+#include <afx.h>
 
 #include <boost/make_shared.hpp>
 #include <memory>

@@ -1,7 +1,7 @@
 #pragma once
 /// The module's localised texts: numbered, one table for a language, read from UIStrings_*.dat beside the host.
-#include "platform/mfc/atlstr.h"
 #include "platform/text.h"
+#include <afxstr.h>
 
 #include <boost/shared_ptr.hpp>
 #include <map>

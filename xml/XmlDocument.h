@@ -1,9 +1,9 @@
 #pragma once
 /// The module's XML reader: a text with a table of element positions.
-#include "platform/mfc/atlstr.h"
 #include "xml/XmlRunOnSearches.h"
 #include "xml/XmlScanner.h"
 #include "xml/fast/XmlPlainAttributes.h"
+#include <afxstr.h>
 
 #include <cstdlib>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 /// Whole text files in UTF-8. No byte order mark is written, looked for or taken away; line ends pass as they are.
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 /// Reads a file into text. Each maximal ill-formed part of the file becomes one U+FFFD.
 /// pPath: NUL-terminated. pResult: may be null; takes the numbers of bytes and units read, or what went wrong.

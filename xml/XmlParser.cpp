@@ -1,3 +1,4 @@
+#include "platform/compiler.h"
 #include "xml/XmlDocument.h"
 #include "xml/XmlOpenNames.h"
 #include "xml/fast/XmlTagEnds.h"
@@ -117,7 +118,7 @@ void CTreeBuilder::Build()
 
 /// Start tags and end tags as they nearly always are, as long as they follow each other. The inner loop calls nothing:
 /// what has to be called for ends it, so that the walk keeps its numbers in registers.
-[[gnu::noinline]] void CTreeBuilder::ReadCommonTags()
+VELTRANO_NO_INLINE void CTreeBuilder::ReadCommonTags()
 {
     Place at = m_at;
     do

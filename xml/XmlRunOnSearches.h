@@ -1,6 +1,6 @@
 #pragma once
 /// Keeps searches for attributes that leave their start tag linear in the text.
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 #include <map>
 #include <optional>

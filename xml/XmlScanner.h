@@ -1,7 +1,7 @@
 #pragma once
 /// Cuts a text into XML nodes and a start tag into attributes. Knows nothing of the tree.
 /// Everything here works on NUL-terminated text and ends at its first NUL; offsets and lengths count UTF-16 code units.
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 class CRunOnSearches;
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/mfc/afxwin.h"
+#include <afxwin.h>
 
 /// The module's application object: the framework's frame, and nothing of the module's own. There is one.
 class CVeltranoCommandsApp : public CWinApp

@@ -1,6 +1,6 @@
 #include "platform/host/HostState.h"
-#include "platform/mfc/afx.h"
-#include "platform/mfc/atlstr.h"
+#include <afx.h>
+#include <afxstr.h>
 
 #include <boost/exception/exception.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 /// HOST_API marks what the host's library gives out; its own sources define PLATFORM_HOST_BUILD.
-#include "platform/mfc/afxver_.h"
+#include <afxver_.h>
 
 #ifdef PLATFORM_HOST_BUILD
 #define HOST_API AFX_CLASS_EXPORT

@@ -1,5 +1,5 @@
 #include "platform/host/HostState.h"
-#include "platform/mfc/afx.h"
+#include <afx.h>
 
 #include <boost/exception/exception.hpp>
 

@@ -1,6 +1,6 @@
 #pragma once
 #include "platform/host/BaseInputMode.h"
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 enum eObjectSelectType : int
 {

@@ -1,6 +1,6 @@
 #pragma once
 #include "platform/host/Export.h"
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 class CDialog;
 

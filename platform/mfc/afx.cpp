@@ -1,4 +1,4 @@
-#include "platform/mfc/afx.h"
+#include <afx.h>
 
 const CRuntimeClass CObject::classCObject = {"CObject", sizeof(CObject), 0xFFFF, nullptr, nullptr};
 

@@ -1,7 +1,7 @@
 #pragma once
 /// The root of the framework's classes: what is known of a class at run time, and the exceptions that are thrown by
 /// pointer. Only what the module uses, under the original names.
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 class CObject;
 

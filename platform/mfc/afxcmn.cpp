@@ -1,3 +1,3 @@
-#include "platform/mfc/afxcmn.h"
+#include <afxcmn.h>
 
 IMPLEMENT_DYNAMIC(CListCtrl, CWnd)

@@ -1,6 +1,6 @@
 #pragma once
 /// The common controls: the list view. The module attaches it and asks nothing of it.
-#include "platform/mfc/afxwin.h"
+#include <afxwin.h>
 
 class CListCtrl : public CWnd
 {

@@ -1,4 +1,4 @@
-#include "platform/mfc/afxdd_.h"
+#include <afxdd_.h>
 
 IMPLEMENT_DYNAMIC(CNotSupportedException, CException)
 

@@ -1,6 +1,6 @@
 #pragma once
 /// Data exchange between a dialog's controls and its members.
-#include "platform/mfc/afxwin.h"
+#include <afxwin.h>
 
 /// Thrown by pointer: a dialog does not have what it is asked for.
 class CNotSupportedException : public CException

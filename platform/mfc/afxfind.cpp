@@ -1,4 +1,4 @@
-#include "platform/mfc/afx.h"
+#include <afx.h>
 
 #include <algorithm>
 

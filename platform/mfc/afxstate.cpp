@@ -1,4 +1,4 @@
-#include "platform/mfc/afxwin.h"
+#include <afxwin.h>
 
 #ifdef _WIN32
 extern "C" IMAGE_DOS_HEADER __ImageBase; // the linker's: the start of the binary that this code is linked into

@@ -1,6 +1,6 @@
-#include "platform/mfc/afxwin.h"
+#include <afxwin.h>
 
-#include "platform/mfc/afxdd_.h"
+#include <afxdd_.h>
 
 #include <exception>
 

@@ -5,7 +5,7 @@
 /// A window object and its window live apart. An object may have no window yet or no longer, and then its operations
 /// give FALSE or do nothing. The system or the host may destroy a window at any time: the object learns of it and
 /// stays. All windows of a module belong to one thread.
-#include "platform/mfc/afx.h"
+#include <afx.h>
 
 #include <unordered_map>
 

@@ -2,7 +2,7 @@
 /// A shared library of another system has no entry that is called behind the constructors, and its application object
 /// gets no InitInstance.
 #ifdef _WIN32
-#include "platform/mfc/afxwin.h"
+#include <afxwin.h>
 
 namespace
 {

@@ -5,7 +5,7 @@
 /// A text with other units is stored as the narrow form with '?' in their place, one NUL byte, the bytes EF BB BF and
 /// the text in UTF-8, in which a lone surrogate stands in its three-byte form. A reader that does not know the tail
 /// sees the narrow form, since a decoded value ends at its first NUL.
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 #include <cstdint>
 #include <string>

@@ -1,5 +1,6 @@
 #include "projection/base64/Base64Ascii.h"
 
+#include "platform/compiler.h"
 #include "xml/fast/XmlVector.h"
 
 #include <algorithm>
@@ -10,13 +11,12 @@
 // The vector steps are the known ones for 12 bytes and 16 characters in each half of a vector (W. Mula, D. Lemire:
 // "Faster Base64 Encoding and Decoding using AVX2 Instructions", 2018), here between 16-bit units. AVX2 is more than
 // x86-64 promises; without it, and from the first unit on that is not plain, the scalar steps do it all.
-#define VECTOR_STEPS __attribute__((target("avx2")))
 
 namespace
 {
 bool HasVectorSteps()
 {
-    static const bool s_hasAvx2 = __builtin_cpu_supports("avx2") != 0;
+    static const bool s_hasAvx2 = HasAvx2();
     return s_hasAvx2;
 }
 
@@ -48,7 +48,7 @@ unsigned ValueOf(WCHAR character)
 }
 
 /// 16 units from each of two places, as bytes. Those of 0x100 and above become 0 or 0xFF.
-VECTOR_STEPS inline __m256i PackUnits(const WCHAR* pFirst, const WCHAR* pSecond)
+VELTRANO_TARGET_AVX2 inline __m256i PackUnits(const WCHAR* pFirst, const WCHAR* pSecond)
 {
     const __m256i first = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(pFirst));
     const __m256i second = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(pSecond));
@@ -56,25 +56,25 @@ VECTOR_STEPS inline __m256i PackUnits(const WCHAR* pFirst, const WCHAR* pSecond)
 }
 
 /// 16 bytes as units.
-VECTOR_STEPS inline void StoreUnits(WCHAR* pUnits, __m128i bytes)
+VELTRANO_TARGET_AVX2 inline void StoreUnits(WCHAR* pUnits, __m128i bytes)
 {
     _mm256_storeu_si256(reinterpret_cast<__m256i*>(pUnits), _mm256_cvtepu8_epi16(bytes));
 }
 
 /// A bit for each byte that is ASCII and not NUL.
-VECTOR_STEPS inline unsigned PlainBytes(__m256i bytes)
+VELTRANO_TARGET_AVX2 inline unsigned PlainBytes(__m256i bytes)
 {
     return static_cast<unsigned>(_mm256_movemask_epi8(_mm256_cmpgt_epi8(bytes, _mm256_setzero_si256())));
 }
 
-VECTOR_STEPS inline __m256i TwiceTable(__m128i table)
+VELTRANO_TARGET_AVX2 inline __m256i TwiceTable(__m128i table)
 {
     return _mm256_broadcastsi128_si256(table);
 }
 
 /// Encodes 12 units to 16 characters, or twice that, at a time while 16 units are left and all are plain. Returns the
 /// units taken.
-VECTOR_STEPS size_t EncodeBlocks(const WCHAR* pText, size_t length, WCHAR* pValue)
+VELTRANO_TARGET_AVX2 size_t EncodeBlocks(const WCHAR* pText, size_t length, WCHAR* pValue)
 {
     const __m256i spread = TwiceTable(_mm_setr_epi8(1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10));
     const __m256i offsets =
@@ -107,7 +107,7 @@ VECTOR_STEPS size_t EncodeBlocks(const WCHAR* pText, size_t length, WCHAR* pValu
 
 /// Decodes 16 characters to 12 units, or twice that, at a time while all are of the alphabet and give plain units.
 /// Returns the characters taken. Writes up to four units more, for which those characters leave room that are there.
-VECTOR_STEPS size_t DecodeBlocks(const WCHAR* pValue, size_t length, WCHAR* pText)
+VELTRANO_TARGET_AVX2 size_t DecodeBlocks(const WCHAR* pValue, size_t length, WCHAR* pText)
 {
     // By the high half of a character, for / one less: what makes it its place in the alphabet.
     const __m256i shifts = TwiceTable(_mm_setr_epi8(0, 16, 19, 4, -65, -65, -71, -71, 0, 0, 0, 0, 0, 0, 0, 0));

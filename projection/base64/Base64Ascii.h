@@ -1,7 +1,7 @@
 #pragma once
 /// Base64 between 16-bit texts for what nearly all values are: ASCII, whose units are the same bytes in every locale.
 /// Whatever else a text holds is left to the plain form in Base64.cpp.
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 #include <optional>
 

@@ -1,7 +1,7 @@
 #pragma once
 /// The two kinds of attributes that the module's own XML has, read from a document's current element. What they give is
 /// what GetAttribute and the conversion would, but a value that holds no reference is converted where it stands.
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 class CXmlDocument;
 

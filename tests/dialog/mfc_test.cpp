@@ -1,6 +1,6 @@
-#include "platform/mfc/afxcmn.h"
-#include "platform/mfc/afxdd_.h"
 #include "resources/resource.h"
+#include <afxcmn.h>
+#include <afxdd_.h>
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
-#include "platform/mfc/afxwin.h"
 #include "platform/text.h"
+#include <afxwin.h>
 
 #include <gtest/gtest.h>
 

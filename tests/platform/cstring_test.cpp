@@ -1,4 +1,4 @@
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #pragma once
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 #include <string>
 #include <vector>

@@ -1,6 +1,7 @@
 #pragma once
 /// Finds an attribute in a plain start tag, block by block. Part of each vector form, for whose processor it is
 /// compiled.
+#include "platform/compiler.h"
 #include "xml/XmlScanner.h"
 #include "xml/fast/XmlPlainAttributes.h"
 #include "xml/fast/XmlVector.h"
@@ -37,8 +38,7 @@ inline bool StartsAttribute(const WCHAR* pText, int tagName, int first, const WC
 /// one. What a block holds does not depend on where things stand in the one before, so that the processor can go ahead
 /// with several.
 template <bool (*MarkTag)(const WCHAR* pBlock, WCHAR first, WCHAR last, TagMarks& marks)>
-inline __attribute__((always_inline)) PlainAttribute FindInPlainTag(const WCHAR* pText, int length, int tagName,
-                                                                    const WCHAR* pName)
+VELTRANO_FORCE_INLINE PlainAttribute FindInPlainTag(const WCHAR* pText, int length, int tagName, const WCHAR* pName)
 {
     constexpr PlainAttribute notPlain{PlainAttribute::NotPlain};
     const int nameLength = PlainLength(pName);

@@ -1,5 +1,6 @@
 #pragma once
 /// Finds the ends of start tags many at once.
+#include "platform/compiler.h"
 #include "xml/fast/XmlVector.h"
 
 #include <climits>
@@ -47,7 +48,7 @@ public:
     {
     }
 
-    [[gnu::always_inline]] void Add(const BlockMarks& marks)
+    VELTRANO_FORCE_INLINE void Add(const BlockMarks& marks)
     {
         uint64_t inside = marks.insideDoubles ^ m_open;
         if ((marks.singles | m_openSingle) != 0) [[unlikely]]
@@ -77,7 +78,7 @@ public:
 
 private:
     WCHAR OpenQuote() const { return m_open == 0 ? WCHAR{0} : m_openSingle == 0 ? TEXT('"') : TEXT('\''); }
-    [[gnu::always_inline]] int OffsetOf(uint64_t bits) const
+    VELTRANO_FORCE_INLINE int OffsetOf(uint64_t bits) const
     {
         return static_cast<int>(m_next + static_cast<unsigned>(std::countr_zero(bits)));
     }

@@ -1,6 +1,8 @@
 #include "xml/fast/XmlVector.h"
 
-const int s_bytesAhead = __builtin_cpu_is("intel") ? 4096 : 512;
+#include "platform/compiler.h"
+
+const int s_bytesAhead = IsIntelProcessor() ? 4096 : 512;
 
 const XmlVectorSteps& VectorSteps()
 {

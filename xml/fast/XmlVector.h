@@ -30,7 +30,6 @@ struct XmlVectorSteps
 extern const XmlVectorSteps s_sse2Steps;
 /// With AVX2 and what came with it; only for a processor that HasAvx2.
 extern const XmlVectorSteps s_avx2Steps;
-bool HasAvx2();
 /// The wider of those that this processor has.
 const XmlVectorSteps& VectorSteps();
 

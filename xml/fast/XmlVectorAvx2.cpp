@@ -1,9 +1,8 @@
+#include "platform/compiler.h"
 #include "xml/fast/XmlPlainTag.h"
 #include "xml/fast/XmlTagEnds.h"
 
 #include <immintrin.h>
-
-#define AVX2_STEPS __attribute__((target("avx2,bmi,pclmul")))
 
 namespace
 {
@@ -13,39 +12,39 @@ struct Quarters
     __m256i first, second, third, fourth;
 };
 
-AVX2_STEPS inline __m256i LoadUnits(const WCHAR* pUnits)
+VELTRANO_TARGET_AVX2 inline __m256i LoadUnits(const WCHAR* pUnits)
 {
     return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(pUnits));
 }
 
-AVX2_STEPS inline Quarters LoadBlock(const WCHAR* pUnits)
+VELTRANO_TARGET_AVX2 inline Quarters LoadBlock(const WCHAR* pUnits)
 {
     return {LoadUnits(pUnits), LoadUnits(pUnits + 16), LoadUnits(pUnits + 32), LoadUnits(pUnits + 48)};
 }
 
-AVX2_STEPS inline Quarters Compare(const Quarters& block, __m256i wanted)
+VELTRANO_TARGET_AVX2 inline Quarters Compare(const Quarters& block, __m256i wanted)
 {
     return {_mm256_cmpeq_epi16(block.first, wanted), _mm256_cmpeq_epi16(block.second, wanted),
             _mm256_cmpeq_epi16(block.third, wanted), _mm256_cmpeq_epi16(block.fourth, wanted)};
 }
 
-AVX2_STEPS inline Quarters Either(const Quarters& left, const Quarters& right)
+VELTRANO_TARGET_AVX2 inline Quarters Either(const Quarters& left, const Quarters& right)
 {
     return {_mm256_or_si256(left.first, right.first), _mm256_or_si256(left.second, right.second),
             _mm256_or_si256(left.third, right.third), _mm256_or_si256(left.fourth, right.fourth)};
 }
 
-AVX2_STEPS inline bool IsAny(__m256i marks)
+VELTRANO_TARGET_AVX2 inline bool IsAny(__m256i marks)
 {
     return _mm256_testz_si256(marks, marks) == 0;
 }
 
-AVX2_STEPS inline __m256i AnyOf(const Quarters& marks)
+VELTRANO_TARGET_AVX2 inline __m256i AnyOf(const Quarters& marks)
 {
     return _mm256_or_si256(_mm256_or_si256(marks.first, marks.second), _mm256_or_si256(marks.third, marks.fourth));
 }
 
-AVX2_STEPS inline __m256i NulsOf(const Quarters& block)
+VELTRANO_TARGET_AVX2 inline __m256i NulsOf(const Quarters& block)
 {
     const __m256i least =
         _mm256_min_epu16(_mm256_min_epu16(block.first, block.second), _mm256_min_epu16(block.third, block.fourth));
@@ -54,18 +53,18 @@ AVX2_STEPS inline __m256i NulsOf(const Quarters& block)
 
 /// The half of a block as bytes; those that no byte can hold become 0 or 0xFF. Packing goes by lanes, so these are put
 /// in order again.
-AVX2_STEPS inline __m256i Pack(__m256i first, __m256i second)
+VELTRANO_TARGET_AVX2 inline __m256i Pack(__m256i first, __m256i second)
 {
     return _mm256_permute4x64_epi64(_mm256_packus_epi16(first, second), 0xD8);
 }
 
-AVX2_STEPS inline uint64_t Bits(__m256i low, __m256i high)
+VELTRANO_TARGET_AVX2 inline uint64_t Bits(__m256i low, __m256i high)
 {
     return static_cast<uint32_t>(_mm256_movemask_epi8(low)) |
            static_cast<uint64_t>(static_cast<uint32_t>(_mm256_movemask_epi8(high))) << 32;
 }
 
-AVX2_STEPS inline void StoreBlock(WCHAR* pUnits, const Quarters& block)
+VELTRANO_TARGET_AVX2 inline void StoreBlock(WCHAR* pUnits, const Quarters& block)
 {
     auto* const pQuarters = reinterpret_cast<__m256i*>(pUnits);
     _mm256_storeu_si256(pQuarters, block.first);
@@ -74,28 +73,28 @@ AVX2_STEPS inline void StoreBlock(WCHAR* pUnits, const Quarters& block)
     _mm256_storeu_si256(pQuarters + 3, block.fourth);
 }
 
-AVX2_STEPS inline uint64_t BitsOf(__m256i low, __m256i high, char unit)
+VELTRANO_TARGET_AVX2 inline uint64_t BitsOf(__m256i low, __m256i high, char unit)
 {
     const __m256i wanted = _mm256_set1_epi8(unit);
     return Bits(_mm256_cmpeq_epi8(low, wanted), _mm256_cmpeq_epi8(high, wanted));
 }
 
 /// As PrefixXor: the product with all ones where nothing is carried.
-AVX2_STEPS inline uint64_t QuickPrefixXor(uint64_t bits)
+VELTRANO_TARGET_AVX2 inline uint64_t QuickPrefixXor(uint64_t bits)
 {
     const __m128i factor = _mm_cvtsi64_si128(static_cast<long long>(bits));
     return static_cast<uint64_t>(_mm_cvtsi128_si64(_mm_clmulepi64_si128(factor, _mm_set1_epi8(-1), 0)));
 }
 
 /// Whether such a byte stands in the block, or one that may be a NUL.
-AVX2_STEPS inline bool MayHold(__m256i low, __m256i high, char unit)
+VELTRANO_TARGET_AVX2 inline bool MayHold(__m256i low, __m256i high, char unit)
 {
     const __m256i wanted = _mm256_set1_epi8(unit);
     const __m256i found = _mm256_or_si256(_mm256_cmpeq_epi8(low, wanted), _mm256_cmpeq_epi8(high, wanted));
     return IsAny(_mm256_or_si256(found, _mm256_cmpeq_epi8(_mm256_min_epu8(low, high), _mm256_setzero_si256())));
 }
 
-AVX2_STEPS int FindUnitAvx2(const WCHAR* pText, int from, int length, WCHAR unit)
+VELTRANO_TARGET_AVX2 int FindUnitAvx2(const WCHAR* pText, int from, int length, WCHAR unit)
 {
     const __m256i wanted = _mm256_set1_epi16(static_cast<short>(unit));
     for (; length - from >= UnitsPerBlock; from += UnitsPerBlock)
@@ -115,7 +114,7 @@ AVX2_STEPS int FindUnitAvx2(const WCHAR* pText, int from, int length, WCHAR unit
     return from;
 }
 
-AVX2_STEPS void ReadBlocksAvx2(const WCHAR* pBlocks, int count, KnownBlocks& known)
+VELTRANO_TARGET_AVX2 void ReadBlocksAvx2(const WCHAR* pBlocks, int count, KnownBlocks& known)
 {
     CBlockCollector collector(known);
     for (int i = 0; i < count; ++i, pBlocks += UnitsPerBlock)
@@ -138,12 +137,12 @@ AVX2_STEPS void ReadBlocksAvx2(const WCHAR* pBlocks, int count, KnownBlocks& kno
 }
 
 /// The bytes that the table holds at the place of their low half.
-AVX2_STEPS inline __m256i InTable(__m256i bytes, __m256i table)
+VELTRANO_TARGET_AVX2 inline __m256i InTable(__m256i bytes, __m256i table)
 {
     return _mm256_cmpeq_epi8(_mm256_shuffle_epi8(table, bytes), bytes);
 }
 
-AVX2_STEPS bool MarkTagAvx2(const WCHAR* pBlock, WCHAR first, WCHAR last, TagMarks& marks)
+VELTRANO_TARGET_AVX2 bool MarkTagAvx2(const WCHAR* pBlock, WCHAR first, WCHAR last, TagMarks& marks)
 {
     const Quarters block = LoadBlock(pBlock);
     const __m256i low = Pack(block.first, block.second);
@@ -165,12 +164,12 @@ AVX2_STEPS bool MarkTagAvx2(const WCHAR* pBlock, WCHAR first, WCHAR last, TagMar
     return true;
 }
 
-AVX2_STEPS PlainAttribute FindAttributeAvx2(const WCHAR* pText, int length, int tagName, const WCHAR* pName)
+VELTRANO_TARGET_AVX2 PlainAttribute FindAttributeAvx2(const WCHAR* pText, int length, int tagName, const WCHAR* pName)
 {
     return FindInPlainTag<MarkTagAvx2>(pText, length, tagName, pName);
 }
 
-AVX2_STEPS int CopyValueAvx2(const WCHAR* pFrom, int length, WCHAR* pTo)
+VELTRANO_TARGET_AVX2 int CopyValueAvx2(const WCHAR* pFrom, int length, WCHAR* pTo)
 {
     int count = 0;
     for (; length - count >= UnitsPerBlock; count += UnitsPerBlock)
@@ -187,9 +186,3 @@ AVX2_STEPS int CopyValueAvx2(const WCHAR* pFrom, int length, WCHAR* pTo)
 } // namespace
 
 const XmlVectorSteps s_avx2Steps{FindUnitAvx2, ReadBlocksAvx2, FindAttributeAvx2, CopyValueAvx2};
-
-bool HasAvx2()
-{
-    return __builtin_cpu_supports("avx2") != 0 && __builtin_cpu_supports("bmi") != 0 &&
-           __builtin_cpu_supports("pclmul") != 0;
-}

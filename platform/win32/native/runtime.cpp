@@ -1,5 +1,6 @@
 #include "platform/win32/native/runtime.h"
 
+#include "platform/compiler.h"
 #include "platform/win32/native/paths.h"
 
 #include <algorithm>
@@ -18,7 +19,7 @@ namespace
 constexpr uintptr_t BlockBytes = 64;
 
 /// A bit for each NUL of a block.
-__attribute__((no_sanitize("address"))) uint32_t FindZeros(const __m128i* pBlock)
+VELTRANO_NO_SANITIZE_ADDRESS uint32_t FindZeros(const __m128i* pBlock)
 {
     uint32_t zeros = 0;
     for (int i = 0; i < 4; i += 2)
