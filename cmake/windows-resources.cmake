@@ -5,15 +5,15 @@ set(VELTRANO_WINDOWS_RESOURCES_DIR ${CMAKE_CURRENT_LIST_DIR})
 function(add_windows_resources target rc)
     if(WIN32)
         add_library(${target} OBJECT ${rc})
-        target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR})
+        target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_BINARY_DIR})
         return()
     endif()
     find_program(VELTRANO_WINDRES x86_64-w64-mingw32-windres REQUIRED)
     set(res ${CMAKE_CURRENT_BINARY_DIR}/${target}.res)
     file(GLOB neighbours CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/resources/*)
     add_custom_command(OUTPUT ${res}
-        COMMAND ${VELTRANO_WINDRES} -I ${PROJECT_SOURCE_DIR} -O res -i ${CMAKE_CURRENT_SOURCE_DIR}/${rc} -o ${res}
-        DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${rc} ${neighbours} VERBATIM)
+        COMMAND ${VELTRANO_WINDRES} -I ${PROJECT_SOURCE_DIR} -I ${PROJECT_BINARY_DIR} -O res -i ${CMAKE_CURRENT_SOURCE_DIR}/${rc} -o ${res}
+        DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${rc} ${neighbours} ${PROJECT_BINARY_DIR}/resources/version.h VERBATIM)
     set(source ${CMAKE_CURRENT_BINARY_DIR}/${target}.cpp)
     set(VELTRANO_RES_FILE ${res})
     configure_file(${VELTRANO_WINDOWS_RESOURCES_DIR}/embedded-resources.cpp.in ${source} @ONLY)

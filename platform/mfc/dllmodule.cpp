@@ -20,6 +20,8 @@ void KeepCommonControls()
 // refused is followed by a detach, so ExitInstance comes then, too.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
 {
+    if (reason != DLL_PROCESS_ATTACH && reason != DLL_PROCESS_DETACH)
+        return TRUE; // threads do not concern the application object
     CWinApp* pApp = AfxGetApp();
     if (pApp == nullptr)
         return TRUE;
@@ -28,8 +30,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
         KeepCommonControls();
         return pApp->InitInstance();
     }
-    if (reason == DLL_PROCESS_DETACH)
-        pApp->ExitInstance();
+    pApp->ExitInstance();
     return TRUE;
 }
 #endif

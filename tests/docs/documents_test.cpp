@@ -1,7 +1,8 @@
-// The documents' examples are what the module reads and writes, and the guide is complete.
+// The examples in the documents are what the module reads and writes, and the guide is complete.
 #include "configuration/Storage.h"
 #include "projection/ProjectionRegistry.h"
 #include "projection/base64/Base64.h"
+#include "tests/support/Readable.h"
 #include "tests/support/TestFiles.h"
 #include "uistrings/UIStrings.h"
 
@@ -15,7 +16,7 @@ std::string ReadSource(const std::string& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-/// Of each match the whole and then its groups.
+/// For each match: the whole match, then its groups.
 std::vector<std::vector<std::string>> MatchesOf(const std::string& text, const std::string& pattern)
 {
     const std::regex regex(pattern);
@@ -24,25 +25,17 @@ std::vector<std::vector<std::string>> MatchesOf(const std::string& text, const s
         matches.emplace_back(match->begin(), match->end());
     return matches;
 }
-
-CString Wide(const std::string& utf8)
-{
-    WString text(utf8.size(), WCHAR{0});
-    ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), static_cast<int>(utf8.size()), text.data(),
-                          static_cast<int>(text.size()));
-    return text.c_str();
-}
 } // namespace
 
-TEST(Documents, GuideTellsOfEveryExportedOperation)
+TEST(Documents, GuideCoversEveryExportedOperation)
 {
     const std::string guide = ReadSource("docs/plugin-guide.md");
     const auto exports = MatchesOf(ReadSource("tests/dll/exports.txt"), R"(\nVLT::(C\w+)::([A-Z]\w+)\()");
     EXPECT_GT(exports.size(), 30u);
     for (const auto& names : exports)
     {
-        const bool isForOthers = names[1] != names[2] && names[2] != "RegisterCommands"; // no constructors; private
-        EXPECT_TRUE(!isForOthers || !MatchesOf(guide, "`(\\w+::)?" + names[2] + "`").empty()) << names[0];
+        const bool isForUsers = names[1] != names[2] && names[2] != "RegisterCommands"; // no constructor, not private
+        EXPECT_TRUE(!isForUsers || !MatchesOf(guide, "`(\\w+::)?" + names[2] + "`").empty()) << names[0];
     }
 }
 

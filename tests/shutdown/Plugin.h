@@ -1,7 +1,7 @@
 #pragma once
 #include "configuration/ConfigurationStorage.h"
 
-/// What the plug-in of these tests lets its host do with the module that it is linked with.
+/// What the host can do with the module through the plug-in of these tests, which is linked with the module.
 class IPlugin
 {
 public:
@@ -17,12 +17,12 @@ protected:
 
 using GetPluginFunction = IPlugin*();
 
-/// The plug-in's library, loaded from the folder of this program.
+/// The plug-in's library, in the folder of this program.
 class CPluginLibrary
 {
 public:
     CPluginLibrary(); ///< Throws std::runtime_error.
-    /// Throws std::runtime_error if the module is there afterwards: nothing would have been tried then.
+    /// Throws std::runtime_error if the module is still loaded afterwards: then the order was not tested.
     void Unload();
 
     IPlugin* m_pPlugin;

@@ -1,5 +1,5 @@
-// Loads a plug-in with the module and takes everything down in the order that the argument names. Nothing broke if the
-// exit code is 0 and the last line says so.
+// Loads a plug-in with the module, then shuts everything down in the order that the argument names. Exit code 0 and the
+// last line "nothing broke" mean success.
 #include "platform/host/HostControl.h"
 #include "tests/shutdown/Plugin.h"
 #include "tests/support/RecordingHandler.h"
@@ -32,7 +32,7 @@ HWND Window()
     return ::FindWindowW(nullptr, TEXT("Define projection/intersection"));
 }
 
-/// What is in the host's hands, and what it does with it, step by step. The plug-in stays loaded until Unload.
+/// The host: loads the plug-in, holds its handler and a text, and does one step at a time.
 class CHost
 {
 public:
@@ -49,7 +49,7 @@ public:
     }
     void RunWhileTheHostFails()
     {
-        HostControl::FailAt(eHostCall::GetLanguage, eHostFailure::StdException); // asked for once, by the first run
+        HostControl::FailAt(eHostCall::GetLanguage, eHostFailure::StdException); // only the first run calls it
         try
         {
             Plugin().Run();
@@ -74,7 +74,7 @@ public:
         Check(Window() == nullptr, "the dialog is still there");
     }
     void DestroyWindow() { Check(::DestroyWindow(Window()), "there is no window to destroy"); }
-    /// Everything that can still come to a window whose code is gone.
+    /// Sends what can still reach a window after its module is gone.
     void UseWindowLeftOpen()
     {
         const HWND window = Window();
@@ -84,7 +84,7 @@ public:
         MSG message;
         while (::PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
             ::DispatchMessageW(&message);
-        Check(::IsWindow(window) && m_pHandler->m_calls.empty(), "a message came through");
+        Check(::IsWindow(window) && m_pHandler->m_calls.empty(), "the window of an unloaded module reacted");
     }
     void Reset()
     {
@@ -124,20 +124,18 @@ using H = CHost;
 const struct
 {
     const char* pName;
-    std::vector<void (CHost::*)()> steps; // behind a first Load
+    std::vector<void (CHost::*)()> steps; // after a first Load
 } s_orders[] = {
     {"open-at-exit", {&H::Run}},
-    {"open-at-unload", {&H::Run, &H::Unload, &H::UseWindowLeftOpen}},
     {"open-at-unload-then-loaded-again",
-     {&H::Run, &H::Unload, &H::DestroyWindow, &H::Load, &H::Run, &H::Save, &H::Complete, &H::Unload}},
-    {"loaded-and-unloaded-twice",
-     {&H::Run, &H::Save, &H::Complete, &H::Unload, &H::Load, &H::Run, &H::Save, &H::Complete, &H::Unload}},
-    {"completed-after-the-host-closed", {&H::Run, &H::DestroyWindow, &H::Reset, &H::Complete, &H::Unload}},
-    {"selection-open-at-unload", {&H::Run, &H::StartSelection, &H::Complete, &H::Unload, &H::Reset}},
-    {"handler-gone-before-the-module",
-     {&H::Run, &H::TakeHandlerBack, &H::DropHandler, &H::PressOk, &H::Complete, &H::Unload}},
-    {"handler-gone-after-the-module", {&H::Run, &H::Save, &H::Complete, &H::Unload, &H::DropHandler}},
-    {"text-held-after-unload", {&H::TakeText, &H::Unload, &H::UseText}},
+     {&H::Run, &H::Unload, &H::UseWindowLeftOpen, &H::DestroyWindow, &H::Load, &H::Run, &H::Save, &H::Complete,
+      &H::Unload}},
+    {"host-and-handler-go-first",
+     {&H::Run, &H::StartSelection, &H::TakeHandlerBack, &H::DropHandler, &H::PressOk, &H::DestroyWindow, &H::Reset,
+      &H::Complete, &H::Unload}},
+    {"everything-held-after-unload",
+     {&H::TakeText, &H::Run, &H::StartSelection, &H::Save, &H::Complete, &H::Unload, &H::Reset, &H::DropHandler,
+      &H::UseText}},
     {"first-run-failed", {&H::RunWhileTheHostFails, &H::Complete, &H::Run, &H::Save, &H::Complete, &H::Unload}},
     {"exit-inside-load", {&H::ExitInsideLoad, &H::Run, &H::Fail}},
     {"exit-inside-save", {&H::ExitInsideSave, &H::Run, &H::PressOk, &H::Fail}},

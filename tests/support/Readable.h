@@ -1,6 +1,7 @@
 #pragma once
-/// Texts in a form that reads well in a failed expectation.
+/// Text helpers for expectations.
 #include "platform/text.h"
+#include "platform/win32/win32.h"
 #include "xml/XmlDocument.h"
 
 #include <gtest/gtest.h>
@@ -27,8 +28,11 @@ inline std::string Readable(const CString& text)
     return readable;
 }
 
-inline CString Wide(const std::string& ascii)
+/// UTF-16 of a UTF-8 text; ill-formed bytes become U+FFFD.
+inline CString Wide(const std::string& utf8)
 {
-    const WString wide(ascii.begin(), ascii.end());
-    return CString(wide.data(), static_cast<int>(wide.size()));
+    const auto count = static_cast<int>(utf8.size());
+    WString wide(utf8.size(), WCHAR{0});
+    const int units = ::MultiByteToWideChar(CP_UTF8, 0, utf8.data(), count, wide.data(), count);
+    return CString(wide.data(), units);
 }

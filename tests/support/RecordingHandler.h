@@ -7,7 +7,7 @@
 
 using Calls = std::vector<std::string>;
 
-/// Keeps one text and writes down what it is asked for. A test can act inside a call.
+/// Keeps one text and records the calls. m_inside is called inside each of them.
 class CRecordingHandler : public VLT::IConfigurationHandler
 {
 public:
@@ -26,7 +26,7 @@ public:
     {
         m_text = pCfg;
         Note(CString(pId) == TEXT("PRJ_REGISTRY") ? "save" : "save of something else");
-        return 0; // of no interest to the dialog
+        return 0; // the dialog does not read it
     }
 
     int m_opens = 1;

@@ -15,8 +15,8 @@ inline std::filesystem::path NativePathOf(WString path)
     return path;
 }
 
-/// A file that holds exactly these bytes, for as long as the object lives. That it can be removed then shows on Windows
-/// that nobody has it open any longer.
+/// A file with exactly these bytes, removed by the destructor. On Windows the removal fails if someone still has the
+/// file open.
 class CTestFile
 {
 public:

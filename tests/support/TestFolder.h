@@ -6,7 +6,7 @@
 #include <random>
 #include <string>
 
-/// A folder of a test's own, gone afterwards. Its name is not ASCII alone.
+/// A temporary folder, removed by the destructor. Its name has a non-ASCII letter.
 class CTestFolder
 {
 public:

@@ -6,7 +6,7 @@
 #include <climits>
 #include <tuple>
 
-// The table of languages is the process's: every test has languages of its own.
+// The process has one table of languages: every test uses its own languages.
 namespace
 {
 WString TextOf(const WCHAR* pLanguage, unsigned int id)
@@ -22,37 +22,38 @@ void LoadBytes(const WCHAR* pLanguage, const std::string& bytes)
 }
 } // namespace
 
-// The first in the program that asks for the object. Files that come later are not seen.
-TEST(UIStrings, TheFirstInstanceReadsThePluginsFolder)
+// The first test of the program that asks for the instance. The file has the same name in every run, so that one left
+// by a crash does no harm.
+TEST(UIStrings, OnlyTheFirstInstanceReadsThePluginsFolder)
 {
     const WString folder = CUIStrings::GetPluginsFolder();
     ASSERT_EQ(folder.substr(folder.size() - 9), TEXT("\\Plugins\\"));
-    const bool made = std::filesystem::create_directory(NativePathOf(folder).parent_path());
+    std::filesystem::create_directory(NativePathOf(folder).parent_path());
+    const WString path = folder + TEXT("UIStrings_t0.dat");
+    HostControl::SetLanguage(TEXT("t0"));
+    const auto pInstance = [&]
     {
-        const CTestFile strings("7 seven\n", folder + TEXT("UIStrings_t0.dat"));
-        HostControl::SetLanguage(TEXT("t0"));
-        CUIStrings* pInstance = CUIStrings::Instance();
-        EXPECT_TRUE(pInstance->GetString(7) == TEXT("seven"));
+        const CTestFile strings("7 seven\n", path);
+        return CUIStrings::Instance();
+    }();
+    EXPECT_TRUE(pInstance->GetString(7) == TEXT("seven"));
 
-        const CTestFile later("8 eight\n", folder + TEXT("UIStrings_t00.dat"));
-        HostControl::SetLanguage(TEXT("t00"));
-        EXPECT_EQ(CUIStrings::Instance(), pInstance);
-        EXPECT_EQ(CUIStrings::m_currentLanguage, TEXT("t0"));
-        EXPECT_EQ(TextOf(TEXT("t00"), 8), WString());
-    }
-    if (made)
-        std::filesystem::remove(NativePathOf(folder).parent_path());
+    const CTestFile later("8 eight\n", path);
+    HostControl::SetLanguage(TEXT("other"));
+    EXPECT_EQ(CUIStrings::Instance(), pInstance);
+    EXPECT_EQ(CUIStrings::m_currentLanguage, TEXT("t0"));
+    EXPECT_EQ(TextOf(TEXT("t0"), 8), WString());
 }
 
-TEST(UIStrings, TakesTheStringsOfALine)
+TEST(UIStrings, ReadsNumberAndTextOfALine)
 {
     LoadBytes(TEXT("t1"), "2 First text\n3 Second text  with two blanks \n3 Later text\nNoBlankHere\n"
-                          " 5 Begins with a blank\nx7 Text behind a bad number\n; note\n\n8 \n9\ttab\n10\tx y\r\n"
+                          " 5 Begins with a blank\nx7 Text after a bad number\n; note\n\n8 \n9\ttab\n10\tx y\r\n"
                           "\t\v\f11 tabbed\n+12 plus\n-1 minus\n99999999999 many\n-99999999999 few\n"
                           "\t 13 blank at one\n14x text\\n\"\n15 last");
     const std::pair<unsigned int, const WCHAR*> rows[] = {{2, TEXT("First text")},
                                                           {3, TEXT("Second text  with two blanks ")},
-                                                          {0, TEXT("Text behind a bad number")},
+                                                          {0, TEXT("Text after a bad number")},
                                                           {5, TEXT("")},
                                                           {8, TEXT("")},
                                                           {9, TEXT("")},
@@ -70,8 +71,8 @@ TEST(UIStrings, TakesTheStringsOfALine)
     EXPECT_EQ(TextOf(TEXT("T1"), 2), WString()) << "languages are compared exactly";
 }
 
-// Whatever goes wrong with a file, the others and what was read so far stay.
-TEST(UIStrings, KeepsWhatItHas)
+// Whatever is wrong with a file, earlier strings stay.
+TEST(UIStrings, KeepsEarlierStrings)
 {
     CUIStrings::LoadFile(TEXT("t2"), TEXT("no_such_file.dat"));
     EXPECT_EQ(TextOf(TEXT("t2"), 1), WString());
@@ -87,7 +88,7 @@ TEST(UIStrings, KeepsWhatItHas)
     EXPECT_EQ(TextOf(TEXT("t2"), 3), TEXT("z")) << "a line ends at its first zero unit";
 }
 
-TEST(UIStrings, FindsLanguagesInTheNamesOfAFolder)
+TEST(UIStrings, TakesLanguagesFromFileNames)
 {
     const WString folder = TEXT("ui_strings_folder\\");
     std::filesystem::create_directories("ui_strings_folder/UIStrings_t3dir.dat");

@@ -1,4 +1,4 @@
-// Keys as they come from the system's queue, through the call by which a host's message loop gives them to the dialog.
+// Posts keys to the dialog and dispatches them as a host's message loop does, with IsDialogMessageW.
 #include "platform/host/HostControl.h"
 #include "projection/Cmd_DefineProjectionEntities.h"
 #include "projection/DlgDefineProjections.h"
@@ -40,7 +40,7 @@ protected:
                 ::DispatchMessageW(&message);
             }
     }
-    /// The control that has the focus; a combo box has it through a field of its own.
+    /// The control with the focus; in a combo box its edit field has it.
     int Focus() const
     {
         HWND control = ::GetFocus();
@@ -57,7 +57,21 @@ protected:
 
 TEST_F(Keyboard, TabGoesAroundInTheOrderOfTheTemplate)
 {
-    const int order[] = {1, 2, 1001, 1002, 1003, 1004, 1008, 1009, 1010, 1007, 1013, 1014, 1015, 1016, 1012};
+    const int order[] = {IDOK,
+                         IDCANCEL,
+                         IDC_LIST_DEFINITIONS,
+                         IDC_COMBO_ADD_KIND,
+                         IDC_ADD,
+                         IDC_REMOVE,
+                         IDC_SHOW_IN_LS,
+                         IDC_SHOW_IN_CS,
+                         IDC_SHOW_IN_EDITOR,
+                         IDC_PICK_ENTITY,
+                         IDC_COMBO_PICK,
+                         IDC_EDIT_PICK,
+                         IDC_SAVE,
+                         IDC_EDIT_NAME,
+                         IDC_ACTIVE};
     for (int round = 0; round < 2; ++round)
         for (const int id : order)
         {
@@ -68,11 +82,11 @@ TEST_F(Keyboard, TabGoesAroundInTheOrderOfTheTemplate)
     keys[VK_SHIFT] = 0x80;
     ::SetKeyboardState(keys);
     Press(VK_TAB);
-    EXPECT_EQ(Focus(), 1012);
+    EXPECT_EQ(Focus(), IDC_ACTIVE);
     keys[VK_SHIFT] = 0;
     ::SetKeyboardState(keys);
     Press(VK_SPACE);
-    EXPECT_EQ(::SendDlgItemMessageW(m_window, 1012, BM_GETCHECK, 0, 0), BST_CHECKED);
+    EXPECT_EQ(::SendDlgItemMessageW(m_window, IDC_ACTIVE, BM_GETCHECK, 0, 0), BST_CHECKED);
 }
 
 TEST_F(Keyboard, EnterAndEscapeEndTheDialogAtEachControl)
@@ -102,13 +116,13 @@ TEST_F(Keyboard, EnterAndEscapeEndTheDialogAtEachControl)
         EXPECT_EQ(m_pHandler->m_calls, row.calls);
         EXPECT_EQ(::IsWindowVisible(m_window), !row.ends);
         if (row.ends)
-            Press(row.key); // again, at a dialog that has ended: goes to no window of it
+            Press(row.key); // once more, after the dialog has ended
         EXPECT_TRUE(::IsWindow(m_window));
     }
 }
 
-// A watcher of the host's that ends the command while its window is being destroyed.
-TEST_F(Keyboard, CompletedFromInsideItsOwnEnd)
+// A hook of the host ends the command while its window is being destroyed.
+TEST_F(Keyboard, SurvivesCompleteWhileItsWindowIsDestroyed)
 {
     static VLT::CCommand_DefineProjectionEntities* s_pCommand;
     s_pCommand = &m_command;
