@@ -12,7 +12,7 @@ set(headers
     platform/host/HostControl.h
     platform/mfc/afxver_.h platform/mfc/afxstr.h
     platform/win32/win32.h
-    sdk/FileConfigurationHandler.h sdk/StorageFile.h)
+    sdk/FileConfigurationHandler.h sdk/PlugIn.h sdk/StorageFile.h)
 if(NOT WIN32)
     list(APPEND headers
         platform/win32/native/comdef.h platform/win32/native/fileops.h platform/win32/native/kernel.h

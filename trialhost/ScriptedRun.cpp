@@ -2,30 +2,22 @@
 
 #include "platform/console/console.h"
 #include "platform/host/HostControl.h"
+#include "resources/resource.h"
+#include "trialhost/Format.h"
 #include "trialhost/ITrialView.h"
-#include "trialhost/TrialHandler.h"
 #include "trialhost/TrialHost.h"
+#include "trialhost/log/RecordingHandler.h"
 
 namespace
 {
-constexpr int s_addCombo = 1002;
-constexpr int s_pickCombo = 1013;
-
 /// Prints steps as they end and remembers whether one of them failed.
 class CStepPrinter
 {
 public:
-    void Step(const WCHAR* pName, const WString& result)
-    {
-        WString line = pName;
-        line.resize(line.size() < 14 ? 14 : line.size() + 1, TEXT(' '));
-        PrintText(stdout, line + result + TEXT("\n"));
-        std::fflush(stdout);
-    }
     void Check(const WCHAR* pName, bool done, const WString& result, const WCHAR* pFailure)
     {
         m_failed = m_failed || !done;
-        Step(pName, done ? result : WString(TEXT("FAILED: ")) + pFailure);
+        PrintStep(pName, done ? result : WString(TEXT("FAILED: ")) + pFailure);
     }
     bool HasFailed() const { return m_failed; }
 
@@ -33,28 +25,12 @@ private:
     bool m_failed = false;
 };
 
-WString Number(long long number)
-{
-    const std::string digits = std::to_string(number);
-    return WString(digits.begin(), digits.end());
-}
-
-WString Quoted(const CString& text)
-{
-    return TEXT("\"") + WString(text.GetString()) + TEXT("\"");
-}
-
 WString Joined(const std::vector<CString>& items)
 {
     WString text;
     for (const CString& item : items)
-        text += (text.empty() ? TEXT("") : TEXT(", ")) + Quoted(item);
+        text += (text.empty() ? TEXT("") : TEXT(", ")) + Quoted(item.GetString());
     return text;
-}
-
-WString Point(double x, double y)
-{
-    return TEXT("(") + Number(static_cast<long long>(x)) + TEXT(", ") + Number(static_cast<long long>(y)) + TEXT(")");
 }
 
 long long CountDefinitions(const CString& registryText)
@@ -72,15 +48,15 @@ WString RegistrySize(const CString& text)
     return Number(CountDefinitions(text)) + TEXT(" definitions, ") + Number(text.GetLength()) + TEXT(" characters");
 }
 
-void CheckDialog(CStepPrinter& printer, const CTrialHost& host, const CTrialHandler& handler)
+void CheckDialog(CStepPrinter& printer, const CTrialHost& host, const CRecordingHandler& handler)
 {
     const HWND dialog = host.FindDialog();
     printer.Check(TEXT("dialog"), dialog != nullptr && ::IsWindowVisible(dialog),
                   TEXT("\"Define projection/intersection\" is open"), TEXT("it is not on the screen"));
     if (dialog == nullptr)
         return;
-    printer.Step(TEXT("combo box"), TEXT("beside Add: ") + Joined(host.GetComboItems(s_addCombo)));
-    printer.Step(TEXT("combo box"), TEXT("beside Pick an entity: ") + Joined(host.GetComboItems(s_pickCombo)));
+    PrintStep(TEXT("combo box"), TEXT("next to Add: ") + Joined(host.GetComboItems(IDC_COMBO_ADD_KIND)));
+    PrintStep(TEXT("combo box"), TEXT("next to Pick an entity: ") + Joined(host.GetComboItems(IDC_COMBO_PICK)));
     printer.Check(TEXT("definitions"), handler.HasLoaded(), TEXT("loaded: ") + RegistrySize(handler.GetLoadedText()),
                   TEXT("the storage was not read"));
 }
@@ -92,7 +68,7 @@ void CheckDrawing(CStepPrinter& printer)
                   Number(static_cast<long long>(lines.size())) + TEXT(" in the drawing"),
                   TEXT("not ten of them are in the drawing"));
     for (const CHostLine& line : lines)
-        printer.Step(TEXT("line"), Point(line.startX, line.startY) + TEXT(" to ") + Point(line.endX, line.endY));
+        PrintStep(TEXT("line"), Point(line.startX, line.startY) + TEXT(" to ") + Point(line.endX, line.endY));
     for (const CHostInformation& report : HostControl::GetRecord().information)
         printer.Check(TEXT("report"), false, TEXT(""), report.text.c_str());
 }
@@ -110,10 +86,10 @@ void SendMouse(CStepPrinter& printer, CTrialHost& host)
                   TEXT("no selection was started"));
 }
 
-void CloseDialog(CStepPrinter& printer, const TrialOptions& options, CTrialHost& host, const CTrialHandler& handler)
+void CloseDialog(CStepPrinter& printer, const TrialOptions& options, CTrialHost& host, const CRecordingHandler& handler)
 {
     host.PressButton(options.cancels ? IDCANCEL : IDOK);
-    printer.Step(TEXT("button"), options.cancels ? TEXT("Cancel pressed") : TEXT("OK pressed"));
+    PrintStep(TEXT("button"), options.cancels ? TEXT("Cancel pressed") : TEXT("OK pressed"));
     if (options.cancels)
     {
         printer.Check(TEXT("text"), !handler.HasSaved(), TEXT("not saved, as Cancel asks"), TEXT("saved by Cancel"));
@@ -123,15 +99,13 @@ void CloseDialog(CStepPrinter& printer, const TrialOptions& options, CTrialHost&
                   TEXT("not saved"));
     printer.Check(TEXT("storage"), !handler.IsOpen(), TEXT("closed"), TEXT("still open"));
 }
-} // namespace
-
-int RunScript(const TrialOptions& options, CTrialHost& host, CTrialHandler& handler, ITrialView& view)
+void RunBuiltInCommand(CStepPrinter& printer, const TrialOptions& options, CTrialHost& host,
+                       const CRecordingHandler& handler, ITrialView& view)
 {
-    CStepPrinter printer;
-    printer.Step(TEXT("file"), options.storagePath);
-    printer.Check(TEXT("command"), host.IsCommandAvailable(), WString(CTrialHost::s_pCommandId) + TEXT(" is available"),
+    const WString id = CTrialHost::s_pCommandId;
+    printer.Check(TEXT("command"), host.IsCommandAvailable(id), id + TEXT(" is available"),
                   TEXT("the module does not know it"));
-    printer.Check(TEXT("command"), host.RunCommand(), TEXT("runs"), TEXT("not started"));
+    printer.Check(TEXT("command"), host.RunCommand(id), TEXT("runs"), TEXT("not started"));
     CheckDialog(printer, host, handler);
     CheckDrawing(printer);
     SendMouse(printer, host);
@@ -144,5 +118,31 @@ int RunScript(const TrialOptions& options, CTrialHost& host, CTrialHandler& hand
     host.CompleteCommand();
     printer.Check(TEXT("command"), !host.IsCommandActive() && host.FindDialog() == nullptr,
                   TEXT("completed, the dialog is gone"), TEXT("its dialog is still there"));
+}
+
+void RunPlugInCommand(CStepPrinter& printer, CTrialHost& host, const WString& id)
+{
+    printer.Check(TEXT("command"), host.RunCommand(id), id + TEXT(" has run"), TEXT("not started"));
+    host.CompleteCommand();
+    printer.Check(TEXT("command"), !host.IsCommandActive(), TEXT("completed"), TEXT("still active"));
+}
+} // namespace
+
+void PrintStep(const WString& name, const WString& result)
+{
+    WString line = name;
+    line.resize(line.size() < 14 ? 14 : line.size() + 1, TEXT(' '));
+    PrintText(stdout, line + result + TEXT("\n"));
+    std::fflush(stdout);
+}
+
+int RunScript(const TrialOptions& options, CTrialHost& host, CRecordingHandler& handler, ITrialView& view)
+{
+    CStepPrinter printer;
+    PrintStep(TEXT("file"), handler.GetPath());
+    RunBuiltInCommand(printer, options, host, handler, view);
+    const std::vector<CTrialCommand> commands = host.GetCommands();
+    for (size_t i = 1; i < commands.size(); ++i) // the first is the built-in one
+        RunPlugInCommand(printer, host, commands[i].id);
     return printer.HasFailed() ? 1 : 0;
 }

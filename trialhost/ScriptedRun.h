@@ -1,7 +1,9 @@
 #pragma once
 #include "platform/text.h"
 
-class CTrialHandler;
+#include <vector>
+
+class CRecordingHandler;
 class CTrialHost;
 class ITrialView;
 
@@ -9,10 +11,15 @@ struct TrialOptions
 {
     WString storagePath;
     WString picturePath; ///< empty: no picture
+    WString logPath;     ///< empty: no log file
+    std::vector<WString> plugInPaths;
     bool isScripted = false;
-    bool cancels = false; ///< press Cancel in the place of OK
+    bool cancels = false; ///< press Cancel instead of OK
 };
 
-/// Runs the command once from end to end and prints a line for every step. Returns the program's exit code: 0 if every
-/// step gave what it should, else 1.
-int RunScript(const TrialOptions& options, CTrialHost& host, CTrialHandler& handler, ITrialView& view);
+/// Prints a line: what the step is about, in a column of its own, and what came of it.
+void PrintStep(const WString& name, const WString& result);
+
+/// Runs the built-in command from end to end and then each command of the plug-ins, and prints a line for every step.
+/// Returns the program's exit code: 0 if every step gave what it should, else 1.
+int RunScript(const TrialOptions& options, CTrialHost& host, CRecordingHandler& handler, ITrialView& view);

@@ -1,37 +1,115 @@
 #include "trialhost/TrialHost.h"
 
-#include "commands/CommandManager.h"
+#include "configuration/ConfigurationStorage.h"
+
+#include <algorithm>
 
 const WCHAR* const CTrialHost::s_pCommandId = TEXT("CMD_DEFINE_PROJ_ENTITIES");
 
-bool CTrialHost::IsCommandAvailable() const
+CTrialHost::CTrialHost(CCallLog& log, CPlugIn::Reporter reporter)
+    : m_log(log), m_manager(log), m_reporter(std::move(reporter))
 {
-    return VLT::CCommandManager::Instance()->IsNativeCommandAvailable(s_pCommandId) != 0;
+}
+
+CTrialHost::~CTrialHost()
+{
+    while (!m_plugIns.empty())
+        UnloadPlugIn(m_plugIns.back()->GetPath());
+}
+
+void CTrialHost::UseHandler(const boost::shared_ptr<CRecordingHandler>& pHandler)
+{
+    const CCallScope call(m_log, pHandler ? TEXT("CConfigurationStorage::RegisterHandler(handler)")
+                                          : TEXT("CConfigurationStorage::RegisterHandler(none)"));
+    m_pHandler = pHandler;
+    VLT::CConfigurationStorage::Instance()->RegisterHandler(pHandler);
+}
+
+std::vector<CTrialCommand> CTrialHost::GetCommands() const
+{
+    std::vector<CTrialCommand> commands{{s_pCommandId, TEXT("&Define projection/intersection")}};
+    for (const auto& pPlugIn : m_plugIns)
+        commands.insert(commands.end(), pPlugIn->GetCommands().begin(), pPlugIn->GetCommands().end());
+    return commands;
+}
+
+bool CTrialHost::IsCommandAvailable(const WString& id) const
+{
+    return m_manager.IsNativeCommandAvailable(id) != 0;
 }
 
 bool CTrialHost::IsCommandActive() const
 {
-    return VLT::CCommandManager::Instance()->IsNativeCommandActive() != 0;
+    return m_manager.IsNativeCommandActive() != 0;
 }
 
-bool CTrialHost::RunCommand()
+bool CTrialHost::RunCommand(const WString& id)
 {
-    return VLT::CCommandManager::Instance()->RunCommand(s_pCommandId, &m_input) != 0;
+    if (IsCommandActive())
+        CompleteCommand(); // the manager does not end a running command by itself
+    m_wantsMouse = m_manager.RequiresProcessMouseMsg(id) != 0;
+    return m_manager.RunCommand(id, &m_input) != 0;
 }
 
 void CTrialHost::CompleteCommand()
 {
-    VLT::CCommandManager::Instance()->CompleteCommand(&m_input);
+    m_manager.CompleteCommand(&m_input);
+    m_wantsMouse = false;
 }
 
 void CTrialHost::SendMouseMessage(int message, double x, double y)
 {
-    auto* pManager = VLT::CCommandManager::Instance();
-    if (!IsCommandActive() || pManager->RequiresProcessMouseMsg(s_pCommandId) == 0)
+    if (!m_wantsMouse)
         return;
     const CStdPoint2D point{x, y};
     strAddMsgInfo info{};
-    pManager->ProcessMouseMsg(message, point, &info, &m_input);
+    m_manager.ProcessMouseMsg(message, point, &info, &m_input);
+}
+
+WString CTrialHost::LoadPlugIn(const WString& path)
+{
+    const auto isLoaded = [&path](const auto& pPlugIn) { return pPlugIn->GetPath() == path; };
+    if (std::any_of(m_plugIns.begin(), m_plugIns.end(), isLoaded))
+        return path + TEXT(": is loaded already; unload it first");
+    auto pPlugIn = std::make_unique<CPlugIn>(m_log, m_manager, m_reporter, path);
+    const WString fault = pPlugIn->Load();
+    if (fault.empty())
+        m_plugIns.push_back(std::move(pPlugIn));
+    else
+        Unload(std::move(pPlugIn));
+    return fault;
+}
+
+void CTrialHost::UnloadPlugIn(const WString& path)
+{
+    const auto found = std::find_if(m_plugIns.begin(), m_plugIns.end(),
+                                    [&path](const auto& pPlugIn) { return pPlugIn->GetPath() == path; });
+    if (found == m_plugIns.end())
+        return;
+    std::unique_ptr<CPlugIn> pPlugIn = std::move(*found);
+    m_plugIns.erase(found);
+    if (IsCommandActive())
+        CompleteCommand();
+    Unload(std::move(pPlugIn));
+}
+
+// Nobody may hold an object whose code is in the library: the manager forgets its commands, and the module a handler
+// that the plug-in may have registered.
+void CTrialHost::Unload(std::unique_ptr<CPlugIn> pPlugIn)
+{
+    m_manager.RestoreCommands();
+    for (const auto& pOther : m_plugIns)
+        pOther->RegisterAgain();
+    UseHandler(m_pHandler);
+    pPlugIn->Unload();
+}
+
+std::vector<WString> CTrialHost::GetPlugIns() const
+{
+    std::vector<WString> paths;
+    for (const auto& pPlugIn : m_plugIns)
+        paths.push_back(pPlugIn->GetPath());
+    return paths;
 }
 
 HWND CTrialHost::FindDialog() const

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Takes the package as its users do, the zip on Windows and the install tree elsewhere; builds the example in it as a
-# stranger's project, and runs that twice over one file.
+# stranger's project, and runs it twice over one file in the trial host.
 # usage: check-package.sh BUILD-FOLDER RUNNER [CMAKE-ARGUMENT...]      RUNNER: what runs the build's programs, as env does
 set -eu -o pipefail
 source=$(cd "$(dirname "$0")/../.." && pwd)
@@ -37,14 +37,16 @@ if grep -aqr "$source/\(commands\|sdk\|platform\)" "$build/plugin/CMakeFiles/plu
 fi
 
 cd "$build/plugin"
-program=./plugin
-[ -e "$program" ] || program=./plugin.exe
+plugin=$(ls plugin.dll plugin.so 2>/dev/null)
+trialhost=$build/bin/trialhost
+[ -e "$trialhost" ] || trialhost=$trialhost.exe
+cp "$source/trialhost/sample-storage.xml" storage.xml
 for run in 1 2; do
-    expected="  this was run $run
-CMD_COUNT_RUNS: has run
-  completed
-CMD_DEFINE_PROJ_ENTITIES: has run"
-    printed=$("$runner" "$program" storage.xml | tr -d '\r')
-    diff <(echo "$expected") <(echo "$printed")
+    expected="report        this was run $run
+command       CMD_COUNT_RUNS has run
+report        the count is complete
+command       completed"
+    printed=$("$runner" "$trialhost" --script --plugin "$plugin" storage.xml | tr -d '\r')
+    diff <(echo "$expected") <(echo "$printed" | tail -n 4)
 done
 echo "$printed"

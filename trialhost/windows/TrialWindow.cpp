@@ -170,10 +170,10 @@ void CTrialWindow::OnMenu(int item)
         ::DestroyWindow(m_window);
         return;
     }
-    if (m_host.IsCommandActive())
-        m_host.CompleteCommand(); // a running command ends before another starts
+    if (item == MenuComplete)
+        m_host.CompleteCommand();
     if (item == MenuRun)
-        m_host.RunCommand();
+        m_host.RunCommand(CTrialHost::s_pCommandId);
     Refresh();
 }
 
