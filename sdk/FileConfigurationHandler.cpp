@@ -49,7 +49,7 @@ int CFileConfigurationHandler::SaveConfiguration(const WCHAR* pId, const WCHAR* 
     const bool done = m_file.Update(
         [&](CStorage& storage)
         {
-            // Both programs may well have come to the same text.
+            // Two programs that set the same text do not disagree.
             const CString present = TextOf(storage, pId);
             if (!(present == loaded) && !(present == pCfg))
             {
@@ -64,6 +64,8 @@ int CFileConfigurationHandler::SaveConfiguration(const WCHAR* pId, const WCHAR* 
     if (!done)
         return Refuse(pId, pCfg);
     m_storage = saved;
+    if (!m_file.GetWarningText().IsEmpty())
+        Tell(m_file.GetWarningText());
     return 1;
 }
 
@@ -71,8 +73,8 @@ int CFileConfigurationHandler::Refuse(const WCHAR* pId, const WCHAR* pCfg)
 {
     const CString reason = m_file.GetErrorText();
     const CString beside = m_file.SaveBeside(pId, pCfg);
-    Tell(beside.IsEmpty() ? reason + TEXT(" The text could not be put beside it either.")
-                          : reason + TEXT(" The text that was to be saved stands in ") + beside + TEXT("."));
+    Tell(beside.IsEmpty() ? reason + TEXT(" The text could not be put next to it either, so it is not saved anywhere.")
+                          : reason + TEXT(" The text that was to be saved is in ") + beside + TEXT("."));
     return 0;
 }
 

@@ -1,114 +1,34 @@
 #include "sdk/StorageFile.h"
 
-#include "platform/win32/win32.h"
+#include "platform/win32/errortext.h"
+#include "platform/win32/utf8.h"
+#include "sdk/FileAccess.h"
 
 namespace VLT
 {
 namespace
 {
-constexpr int s_attempts = 100;
-constexpr DWORD s_pause = 50; // milliseconds: five seconds in all
-
-bool IsFileInUse(DWORD error)
+CString NewPath(const CString& target)
 {
-    return error == ERROR_LOCK_VIOLATION || error == ERROR_SHARING_VIOLATION;
+    return target + TEXT(".new");
 }
 
-/// Tries until it is done, fails for another reason than that somebody else uses the file, or the time is over. False
-/// then, with GetLastError telling why.
-template <typename Attempt>
-bool WaitFor(Attempt attempt, bool (*isInUse)(DWORD) = IsFileInUse)
+CString BackupPath(const CString& target)
 {
-    for (int i = 1; !attempt(); ++i)
-    {
-        if (!isInUse(::GetLastError()) || i == s_attempts)
-            return false;
-        ::Sleep(s_pause);
-    }
-    return true;
+    return target + TEXT(".bak");
 }
 
-/// A file that others may read and write meanwhile; closed with the object.
-class CFileHandle
+/// The backup while it is written. It gets its name only when it is whole, so that the backup, too, is always a
+/// complete generation.
+CString BackupCopyPath(const CString& target)
 {
-public:
-    CFileHandle(const CString& path, DWORD access, DWORD disposition)
-    {
-        WaitFor(
-            [&]
-            {
-                m_handle = ::CreateFileW(path, access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, disposition,
-                                         FILE_ATTRIBUTE_NORMAL, nullptr);
-                return IsOpen();
-            });
-    }
-    ~CFileHandle()
-    {
-        if (IsOpen())
-            ::CloseHandle(m_handle);
-    }
-    CFileHandle(const CFileHandle&) = delete;
-    CFileHandle& operator=(const CFileHandle&) = delete;
-
-    bool IsOpen() const { return m_handle != INVALID_HANDLE_VALUE; }
-    HANDLE Get() const { return m_handle; }
-
-private:
-    HANDLE m_handle = INVALID_HANDLE_VALUE;
-};
-
-CString SystemText(DWORD code)
-{
-    LPWSTR pText = nullptr;
-    ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0,
-                     reinterpret_cast<LPWSTR>(&pText), 1, nullptr);
-    CString text(pText);
-    ::LocalFree(pText);
-    while (!text.IsEmpty() && text.GetAt(text.GetLength() - 1) <= TEXT(' '))
-        text = text.Left(text.GetLength() - 1);
-    return text;
+    return target + TEXT(".bak.new");
 }
 
-bool Exists(const CString& path)
+std::string BytesOf(CStorage& storage)
 {
-    return ::GetFileAttributesW(path) != INVALID_FILE_ATTRIBUTES;
-}
-
-bool IsFolder(const CString& path)
-{
-    const DWORD attributes = ::GetFileAttributesW(path);
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-}
-
-bool Lock(const CFileHandle& file)
-{
-    OVERLAPPED range{};
-    return ::LockFileEx(file.Get(), LOCKFILE_EXCLUSIVE_LOCK | LOCKFILE_FAIL_IMMEDIATELY, 0, 1, 0, &range) != FALSE;
-}
-
-bool Copy(const CString& from, const CString& to)
-{
-    return WaitFor([&] { return ::CopyFileW(from, to, FALSE) != FALSE; });
-}
-
-bool Flush(const CString& path)
-{
-    const CFileHandle file(path, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
-    return file.IsOpen() && ::FlushFileBuffers(file.Get());
-}
-
-/// Gives the file the other's name, in the place of the file that has it.
-bool Replace(const CString& from, const CString& to)
-{
-    // A file that somebody reads refuses to be replaced with this error for a moment, a folder for ever.
-    const auto isInUse = [](DWORD error) { return IsFileInUse(error) || error == ERROR_ACCESS_DENIED; };
-    const auto move = [&] { return ::MoveFileExW(from, to, MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0; };
-    return IsFolder(to) ? move() : WaitFor(move, isInUse);
-}
-
-void Remove(const CString& path)
-{
-    WaitFor([&] { return ::DeleteFileW(path) != FALSE; });
+    const CString text = storage.GetXML();
+    return ToUtf8({text.GetString(), static_cast<size_t>(text.GetLength())});
 }
 } // namespace
 
@@ -131,109 +51,206 @@ CStorageFile::CStorageFile(const WCHAR* pPath) : m_path(pPath)
 
 bool CStorageFile::Read(CStorage& storage)
 {
-    return Load(storage, GENERIC_READ);
+    CString target;
+    if (!Resolve(target))
+        return false;
+    // Stays open while the text is read: Windows does not let a file that is open be replaced.
+    const CFileHandle file(target, GENERIC_READ, OPEN_EXISTING);
+    return IsUsable(target, file, TEXT("cannot be opened")) && Load(target, file, storage);
 }
 
 bool CStorageFile::Update(const std::function<bool(CStorage&)>& change)
 {
-    m_errorText.Empty();
-    const CString lockPath = m_path + TEXT(".lock");
-    const CFileHandle lock(lockPath, GENERIC_READ | GENERIC_WRITE, OPEN_ALWAYS);
-    if (!lock.IsOpen())
-        return Fail(lockPath, TEXT("cannot be made, so the storage beside it is not written"), ::GetLastError());
-    if (!WaitFor([&] { return Lock(lock); }))
-        return Fail(m_path, TEXT("is in use by another program; try again"), ::GetLastError());
+    return SaveUnderLock([&](const CString& target, const CFileHandle& present, CStorage& storage)
+                         { return Load(target, present, storage) && change(storage); });
+}
 
-    CStorage storage;
-    // Opened for writing, since a file that is protected from it could still be replaced.
-    if (!Load(storage, GENERIC_READ | GENERIC_WRITE) || !change(storage))
-        return false;
-    const CString newPath = m_path + TEXT(".new");
-    if (!Save(storage, newPath, OPEN_ALWAYS))
-        return false;
-    if (!KeepBackup())
-    {
-        Remove(newPath);
-        return false;
-    }
-    if (!Replace(newPath, m_path))
-        return Fail(m_path, TEXT("cannot be replaced; the new content stands in the .new file beside it"),
-                    ::GetLastError());
-    return true;
+bool CStorageFile::Overwrite(CStorage& storage)
+{
+    return SaveUnderLock(
+        [&](const CString&, const CFileHandle&, CStorage& saved)
+        {
+            saved = storage;
+            return true;
+        });
 }
 
 CString CStorageFile::SaveBeside(const WCHAR* pId, const WCHAR* pCfg)
 {
     CStorage storage;
     SetConfigurationText(storage, pId, pCfg);
-    CString path;
-    int number = 0;
-    bool isSaved = false;
-    do
+    CString target;
+    CFileSecurity security;
+    if (ResolveLink(m_path, target) != ERROR_SUCCESS)
+        target = m_path;
+    if (security.Read(target) != ERROR_SUCCESS)
+        return {};
+    constexpr int lastNumber = 9999;
+    for (int number = 1; number <= lastNumber; ++number)
     {
-        path.Format(TEXT("%s.unsaved-%d"), m_path.GetString(), ++number);
-        isSaved = Save(storage, path, CREATE_NEW); // another program may want the same number at the same time
-    } while (!isSaved && Exists(path));
-    return isSaved ? path : CString();
+        CString path;
+        path.Format(TEXT("%s.unsaved-%d"), target.GetString(), number);
+        const DWORD error = WriteNewFile(path, BytesOf(storage), security);
+        if (error == ERROR_SUCCESS)
+            FlushFolderOf(path); // to no avail if it fails: the text stands nowhere else
+        if (error != ERROR_FILE_EXISTS)
+            return error == ERROR_SUCCESS ? path : CString();
+    }
+    return {};
 }
 
 bool CStorageFile::Fail(const CString& path, const WCHAR* pWhat, unsigned int systemError)
 {
     m_errorText.Format(TEXT("%s: %s (error %u: %s)"), path.GetString(), pWhat, systemError,
-                       SystemText(systemError).GetString());
+                       SystemErrorText(systemError).c_str());
     return false;
 }
 
-bool CStorageFile::Load(CStorage& storage, unsigned int access)
+bool CStorageFile::Resolve(CString& target)
 {
     m_errorText.Empty();
-    // Stays open while the text is read: Windows does not let a file that is open be replaced.
-    const CFileHandle file(m_path, access, OPEN_EXISTING);
-    const DWORD error = file.IsOpen() ? ERROR_SUCCESS : ::GetLastError();
-    if (error == ERROR_FILE_NOT_FOUND)
+    m_warningText.Empty();
+    if (m_path.IsEmpty())
     {
-        storage.Clear();
-        return true;
+        m_errorText = TEXT("The path of the storage file is empty.");
+        return false;
     }
-    if (error != ERROR_SUCCESS)
-        return Fail(m_path, access == GENERIC_READ ? TEXT("cannot be opened") : TEXT("cannot be opened for writing"),
+    if (const DWORD error = ResolveLink(m_path, target))
+        return Fail(m_path, TEXT("is a link to a file that cannot be opened; make that file or remove the link"),
                     error);
-    if (storage.Load(m_path) != 0)
+    if (!IsFolder(target))
+        return true;
+    m_errorText = m_path + TEXT(": is a folder, not a file");
+    return false;
+}
+
+/// Whether the file can be read, or does not exist and can be made.
+bool CStorageFile::IsUsable(const CString& target, const CFileHandle& present, const WCHAR* pPurpose)
+{
+    if (present.GetError() == ERROR_FILE_NOT_FOUND)
+        return true;
+    if (present.GetError() != ERROR_SUCCESS)
+        return Fail(target, pPurpose, present.GetError());
+    const DWORD type = ::GetFileType(present.Get());
+    if (type == FILE_TYPE_DISK)
+        return true;
+    if (type == FILE_TYPE_UNKNOWN)
+        return Fail(target, pPurpose, ::GetLastError());
+    m_errorText = target + TEXT(": is a pipe or a device, not a file");
+    return false;
+}
+
+bool CStorageFile::Load(const CString& target, const CFileHandle& present, CStorage& storage)
+{
+    storage.Clear();
+    if (present.GetError() == ERROR_FILE_NOT_FOUND || storage.Load(target) != 0)
+        return true;
+    // Load gives no reason. If the file can be read, its text is at fault, unless the obstacle has gone meanwhile.
+    if (const DWORD error = TryReading(present))
+        return Fail(target, TEXT("cannot be read"), error);
+    if (storage.Load(target) != 0)
         return true;
     m_errorText.Format(
         TEXT("%s: holds no readable <storage> text and is left as it is. 'vltconfig check' names the fault; ")
-            TEXT("a good copy may stand in %s.bak."),
-        m_path.GetString(), m_path.GetString());
+            TEXT("a good copy may stand in %s."),
+        target.GetString(), BackupPath(target).GetString());
     return false;
 }
 
-bool CStorageFile::Save(CStorage& storage, const CString& path, unsigned int disposition)
+/// makeContent: fills the storage that is to be saved; false, with an error text, if nothing is to be saved.
+bool CStorageFile::SaveUnderLock(const MakeContent& makeContent)
 {
+    CString target;
+    CFileSecurity security;
+    if (!Resolve(target))
+        return false;
+    if (const DWORD error = security.Read(target))
+        return Fail(target, TEXT("does not tell its access rights, so the storage is not written"), error);
+    const CString lockPath = target + TEXT(".lock");
+    const CFileHandle lock = OpenLock(lockPath, security);
+    if (lock.GetError() != ERROR_SUCCESS)
+        return Fail(lockPath, TEXT("cannot be made or opened, so the storage is not written"), lock.GetError());
+    if (const DWORD error = Lock(lock))
+        return IsFileInUse(error)
+                   ? Fail(target, TEXT("is in use by another program; try again"), error)
+                   : Fail(lockPath,
+                          TEXT("cannot be locked, so the storage is not written: another program could write at the ")
+                              TEXT("same time; move the storage to a file system with locks"),
+                          error);
+    CStorage storage;
+    bool isNew = false;
     {
-        // Held open while the module writes it: opening tells why a file cannot be written, and flushing takes a
-        // handle.
-        const CFileHandle file(path, GENERIC_READ | GENERIC_WRITE, disposition);
-        if (!file.IsOpen())
-            return Fail(path, TEXT("cannot be written; the storage is as it was"), ::GetLastError());
-        if (storage.Save(path) != 0 && ::FlushFileBuffers(file.Get()))
-            return true;
+        // Opened for writing, since a file that is protected from it could still be replaced.
+        const CFileHandle present(target, GENERIC_READ | GENERIC_WRITE, OPEN_EXISTING);
+        if (!IsUsable(target, present, TEXT("cannot be opened for writing")) || !makeContent(target, present, storage))
+            return false;
+        isNew = present.GetError() == ERROR_FILE_NOT_FOUND;
     }
-    m_errorText = path + TEXT(": cannot be written whole, the disk may be full; the storage is as it was");
-    Remove(path);
-    return false;
+    return Save(target, isNew, storage);
 }
 
-bool CStorageFile::KeepBackup()
+bool CStorageFile::Save(const CString& target, bool isNew, CStorage& storage)
 {
-    if (!Exists(m_path))
-        return true;
-    // The copy gets its name only when it is whole, so that the backup, too, is always a complete generation.
-    const CString backup = m_path + TEXT(".bak");
-    const CString copy = backup + TEXT(".new");
-    if (Copy(m_path, copy) && Flush(copy) && Replace(copy, backup))
-        return true;
-    Fail(backup, TEXT("cannot be written; the storage is as it was"), ::GetLastError());
-    Remove(copy);
-    return false;
+    if (!WriteAndReplace(target, isNew, storage))
+    {
+        CleanUp(target, isNew);
+        return false;
+    }
+    if (const DWORD error = FlushFolderOf(target))
+    {
+        Fail(target, TEXT("is saved, but the change may be lost if the system fails now"), error);
+        m_warningText = std::exchange(m_errorText, CString());
+    }
+    return true;
+}
+
+bool CStorageFile::WriteAndReplace(const CString& target, bool isNew, CStorage& storage)
+{
+    const CString newPath = NewPath(target);
+    CFileSecurity security;
+    DWORD error = security.Read(target);
+    if (error == ERROR_SUCCESS)
+        error = RemoveFile(newPath);
+    if (error == ERROR_SUCCESS)
+        error = WriteNewFile(newPath, BytesOf(storage), security);
+    if (error != ERROR_SUCCESS)
+        return Fail(newPath, TEXT("cannot be written; the storage is as it was"), error);
+    if (!isNew && !KeepBackup(target))
+        return false;
+    error = isNew ? MoveToNewName(newPath, target) : ReplaceContent(newPath, target);
+    return error == ERROR_SUCCESS || Fail(target, TEXT("cannot be replaced; the storage is as it was"), error);
+}
+
+bool CStorageFile::KeepBackup(const CString& target)
+{
+    const CString backup = BackupPath(target);
+    const CString copy = BackupCopyPath(target);
+    CFileSecurity security;
+    DWORD error = security.Read(target);
+    if (error == ERROR_SUCCESS)
+        error = RemoveFile(copy);
+    if (error == ERROR_SUCCESS)
+        error = CopyToNewFile(target, copy, security);
+    if (error == ERROR_SUCCESS)
+        error = MoveOnto(copy, backup);
+    return error == ERROR_SUCCESS || Fail(backup, TEXT("cannot be written; the storage is as it was"), error);
+}
+
+/// Removes what a failed save has left.
+void CStorageFile::CleanUp(const CString& target, bool isNew)
+{
+    const CString newPath = NewPath(target);
+    if (!isNew && !Exists(target)) // Windows can lose the name of a file while it replaces it
+    {
+        m_errorText.Format(TEXT("%s: has lost its name while it was replaced; rename %s, the new content, or %s, the ")
+                               TEXT("one before"),
+                           target.GetString(), newPath.GetString(), BackupPath(target).GetString());
+        return;
+    }
+    // Where nothing can be removed, one file is left and not two.
+    if (RemoveFile(BackupCopyPath(target)) != ERROR_SUCCESS)
+        MoveOnto(BackupCopyPath(target), newPath);
+    if (RemoveFile(newPath) != ERROR_SUCCESS)
+        m_errorText += TEXT(" ") + newPath + TEXT(" could not be removed.");
 }
 } // namespace VLT

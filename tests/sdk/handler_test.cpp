@@ -90,7 +90,7 @@ TEST_F(Handler, ReportsWhatStandsInTheWay)
         WString name;
         WString folder; ///< there beforehand
         WString report; ///< empty: saving succeeds
-    } rows[] = {{name, name, TEXT("storage.xml: cannot be opened (error 5")},
+    } rows[] = {{name, name, TEXT("storage.xml: is a folder")},
                 {TEXT("missing/storage.xml"), TEXT(""), TEXT("storage.xml: cannot be opened (error 3")},
                 {name, name + TEXT(".lock"), TEXT("storage.xml.lock: cannot be made")},
                 {name, name + TEXT(".new"), TEXT("storage.xml.new: cannot be written")},

@@ -1,13 +1,17 @@
 #include "platform/win32/native/fileops.h"
 
 #include "platform/win32/native/paths.h"
+#include "platform/win32/native/posixfile.h"
 
-#include <cerrno>
+#include <algorithm>
 #include <chrono>
+#include <climits>
 #include <cstdio>
-#include <fcntl.h>
-#include <filesystem>
+#include <cstdlib>
+#include <cstring>
+#include <string>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
 
@@ -20,77 +24,107 @@ BOOL Result(bool done)
     return done ? TRUE : FALSE;
 }
 
-BOOL Result(const std::error_code& error)
+BOOL Rename(LPCWSTR pFrom, const std::string& to)
 {
-    if (error)
-        SetLastError(WindowsError(error.value()));
-    return error ? FALSE : TRUE;
-}
-
-bool FlushFolderOf(const std::string& path)
-{
-    const auto folder = std::filesystem::path(path).parent_path();
-    const int descriptor = open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return false;
-    const bool done = fsync(descriptor) == 0;
-    close(descriptor);
-    return done;
+    return Result(RetryInterrupted([&] { return std::rename(NativePath(pFrom).c_str(), to.c_str()); }) == 0);
 }
 } // namespace
 
 DWORD GetFileAttributesW(LPCWSTR pPath)
 {
-    std::error_code error;
-    const auto status = std::filesystem::status(NativePath(pPath), error);
-    if (status.type() == std::filesystem::file_type::directory)
-        return FILE_ATTRIBUTE_DIRECTORY;
-    if (std::filesystem::exists(status))
-        return FILE_ATTRIBUTE_NORMAL;
-    SetLastError(error ? WindowsError(error.value()) : ERROR_FILE_NOT_FOUND);
-    return INVALID_FILE_ATTRIBUTES;
+    const std::string path = NativePath(pPath);
+    struct stat status;
+    if (RetryInterrupted([&] { return lstat(path.c_str(), &status); }) != 0)
+    {
+        SetLastError(WindowsError(errno));
+        return INVALID_FILE_ATTRIBUTES;
+    }
+    const bool isLink = S_ISLNK(status.st_mode);
+    const bool isFolder =
+        S_ISDIR(status.st_mode) || (isLink && stat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode));
+    const DWORD attributes = (isLink ? FILE_ATTRIBUTE_REPARSE_POINT : 0) | (isFolder ? FILE_ATTRIBUTE_DIRECTORY : 0);
+    return attributes != 0 ? attributes : FILE_ATTRIBUTE_NORMAL;
 }
 
 BOOL DeleteFileW(LPCWSTR pPath)
 {
-    return Result(unlink(NativePath(pPath).c_str()) == 0);
+    return Result(RetryInterrupted([&] { return unlink(NativePath(pPath).c_str()); }) == 0);
 }
 
-BOOL CopyFileW(LPCWSTR pFrom, LPCWSTR pTo, BOOL failIfExists)
+DWORD GetFinalPathNameByHandleW(HANDLE file, LPWSTR pBuffer, DWORD size, DWORD)
 {
-    const auto options =
-        failIfExists ? std::filesystem::copy_options::none : std::filesystem::copy_options::overwrite_existing;
-    std::error_code error;
-    std::filesystem::copy_file(NativePath(pFrom), NativePath(pTo), options, error);
-    return Result(error);
+    char resolved[PATH_MAX];
+    const std::string link = "/proc/self/fd/" + std::to_string(DescriptorOf(file));
+    if (realpath(link.c_str(), resolved) == nullptr)
+    {
+        Result(false);
+        return 0;
+    }
+    const WString path = WindowsPath(resolved);
+    if (path.size() >= size)
+        return static_cast<DWORD>(path.size() + 1);
+    std::copy_n(path.c_str(), path.size() + 1, pBuffer);
+    return static_cast<DWORD>(path.size());
+}
+
+BOOL GetFileSecurityW(LPCWSTR pPath, SECURITY_INFORMATION, LPVOID pDescriptor, DWORD size, DWORD* pNeeded)
+{
+    *pNeeded = sizeof(CFileSecurity);
+    struct stat status;
+    if (RetryInterrupted([&] { return stat(NativePath(pPath).c_str(), &status); }) != 0)
+        return Result(false);
+    if (size < sizeof(CFileSecurity))
+    {
+        SetLastError(ERROR_INSUFFICIENT_BUFFER);
+        return FALSE;
+    }
+    const CFileSecurity security{status.st_mode & (S_IRWXU | S_IRWXG | S_IRWXO), status.st_uid, status.st_gid};
+    std::memcpy(pDescriptor, &security, sizeof security);
+    return TRUE;
+}
+
+bool ApplySecurity(int descriptor, const CFileSecurity& security)
+{
+    struct stat own;
+    if (fstat(descriptor, &own) != 0)
+        return false;
+    mode_t mode = security.mode;
+    const bool isOther = own.st_uid != security.owner || own.st_gid != security.group;
+    if (isOther && fchown(descriptor, security.owner, security.group) != 0 && own.st_gid != security.group &&
+        fchown(descriptor, static_cast<uid_t>(-1), security.group) != 0)
+        mode &= ~static_cast<mode_t>(S_IRWXG) | (mode & S_IRWXO) << 3; // a group of others gets what everybody has
+    return RetryInterrupted([&] { return fchmod(descriptor, mode); }) == 0;
 }
 
 BOOL MoveFileExW(LPCWSTR pFrom, LPCWSTR pTo, DWORD flags)
 {
     const std::string to = NativePath(pTo);
-    if ((flags & MOVEFILE_REPLACE_EXISTING) == 0 && access(to.c_str(), F_OK) == 0)
+    struct stat status;
+    if ((flags & MOVEFILE_REPLACE_EXISTING) == 0 && lstat(to.c_str(), &status) == 0)
     {
-        errno = EEXIST;
-        return Result(false);
+        SetLastError(ERROR_ALREADY_EXISTS);
+        return FALSE;
     }
-    if (std::rename(NativePath(pFrom).c_str(), to.c_str()) != 0)
-        return Result(false);
-    return Result((flags & MOVEFILE_WRITE_THROUGH) == 0 || FlushFolderOf(to));
+    return Rename(pFrom, to);
+}
+
+BOOL ReplaceFileW(LPCWSTR pReplaced, LPCWSTR pReplacement, LPCWSTR, DWORD, LPVOID, LPVOID)
+{
+    const std::string replaced = NativePath(pReplaced);
+    struct stat status;
+    return Result(lstat(replaced.c_str(), &status) == 0) && Rename(pReplacement, replaced);
 }
 
 BOOL FlushFileBuffers(HANDLE file)
 {
-    return Result(fsync(DescriptorOf(file)) == 0);
+    return Result(RetryInterrupted([&] { return fsync(DescriptorOf(file)); }) == 0);
 }
 
 BOOL LockFileEx(HANDLE file, DWORD flags, DWORD, DWORD, DWORD, OVERLAPPED*)
 {
     const int operation = ((flags & LOCKFILE_EXCLUSIVE_LOCK) != 0 ? LOCK_EX : LOCK_SH) |
                           ((flags & LOCKFILE_FAIL_IMMEDIATELY) != 0 ? LOCK_NB : 0);
-    if (flock(DescriptorOf(file), operation) == 0)
-        return TRUE;
-    SetLastError(errno == EWOULDBLOCK ? ERROR_LOCK_VIOLATION : WindowsError(errno));
-    return FALSE;
+    return Result(RetryInterrupted([&] { return flock(DescriptorOf(file), operation); }) == 0);
 }
 
 void Sleep(DWORD milliseconds)

@@ -1,6 +1,7 @@
 #include "platform/win32/native/kernel.h"
 
 #include "platform/win32/native/paths.h"
+#include "platform/win32/native/posixfile.h"
 #include "platform/win32/native/runtime.h"
 
 #include <algorithm>
@@ -34,6 +35,8 @@ constexpr struct
     {0, ERROR_SUCCESS},
     {ENOENT, ERROR_FILE_NOT_FOUND},
     {ENOTDIR, ERROR_PATH_NOT_FOUND},
+    {EXDEV, ERROR_NOT_SAME_DEVICE},
+    {EROFS, ERROR_WRITE_PROTECT},
     {EMFILE, ERROR_TOO_MANY_OPEN_FILES},
     {ENFILE, ERROR_TOO_MANY_OPEN_FILES},
     {EACCES, ERROR_ACCESS_DENIED},
@@ -42,11 +45,21 @@ constexpr struct
     {EBADF, ERROR_INVALID_HANDLE},
     {ENOMEM, ERROR_NOT_ENOUGH_MEMORY},
     {EIO, ERROR_READ_FAULT},
+    {EWOULDBLOCK, ERROR_LOCK_VIOLATION},
     {EBUSY, ERROR_SHARING_VIOLATION},
+    {ETXTBSY, ERROR_SHARING_VIOLATION},
+    {ENOLCK, ERROR_SHARING_BUFFER_EXCEEDED},
+    {EOPNOTSUPP, ERROR_NOT_SUPPORTED},
+    {ENOSYS, ERROR_NOT_SUPPORTED},
     {ENOSPC, ERROR_DISK_FULL},
+    {EDQUOT, ERROR_DISK_QUOTA_EXCEEDED},
+    {EFBIG, ERROR_FILE_TOO_LARGE},
+    {EINTR, ERROR_OPERATION_ABORTED},
+    {ELOOP, ERROR_CANT_RESOLVE_FILENAME},
     {EEXIST, ERROR_ALREADY_EXISTS},
     {EINVAL, ERROR_INVALID_PARAMETER},
     {ENAMETOOLONG, ERROR_FILENAME_EXCED_RANGE},
+    {-1, ERROR_GEN_FAILURE}, // "Unknown error"
 };
 
 HANDLE FailedHandle(DWORD code)
@@ -99,7 +112,7 @@ DWORD WindowsError(int error)
     for (const auto& row : s_errorCodes)
         if (row.error == error)
             return row.code;
-    return ERROR_INVALID_PARAMETER;
+    return ERROR_GEN_FAILURE;
 }
 
 DWORD GetLastError()
@@ -149,18 +162,39 @@ DWORD OpenError(const std::string& path, int error)
 }
 } // namespace
 
-HANDLE CreateFileW(LPCWSTR pPath, DWORD access, DWORD, void*, DWORD disposition, DWORD, HANDLE)
+/// A new file that nobody but its owner can open until it has its access rights.
+static int CreateWithSecurity(const std::string& path, int flags, const CFileSecurity& security)
+{
+    const int descriptor = RetryInterrupted([&] { return open(path.c_str(), flags, S_IRUSR | S_IWUSR); });
+    if (descriptor < 0 || ApplySecurity(descriptor, security))
+        return descriptor;
+    const int error = errno;
+    unlink(path.c_str());
+    close(descriptor);
+    errno = error;
+    return -1;
+}
+
+HANDLE CreateFileW(LPCWSTR pPath, DWORD access, DWORD, SECURITY_ATTRIBUTES* pSecurity, DWORD disposition, DWORD flags,
+                   HANDLE)
 {
     if (disposition != OPEN_EXISTING && disposition != OPEN_ALWAYS && disposition != CREATE_NEW)
         return FailedHandle(ERROR_INVALID_PARAMETER);
-    const int flags = ((access & GENERIC_WRITE) != 0 ? O_RDWR : O_RDONLY) |
-                      (disposition != OPEN_EXISTING ? O_CREAT : 0) | (disposition == CREATE_NEW ? O_EXCL : 0);
+    if (pSecurity != nullptr && disposition != CREATE_NEW)
+        return FailedHandle(ERROR_INVALID_PARAMETER);
+    const bool opensFolder = (flags & FILE_FLAG_BACKUP_SEMANTICS) != 0;
+    const int openFlags = ((access & GENERIC_WRITE) != 0 && !opensFolder ? O_RDWR : O_RDONLY) | O_CLOEXEC |
+                          (disposition != OPEN_EXISTING ? O_CREAT : 0) | (disposition == CREATE_NEW ? O_EXCL : 0) |
+                          ((flags & FILE_FLAG_OPEN_REPARSE_POINT) != 0 ? O_NOFOLLOW : 0);
     const std::string path = NativePath(pPath);
-    const int descriptor = open(path.c_str(), flags | O_CLOEXEC, 0666);
+    const int descriptor =
+        pSecurity != nullptr
+            ? CreateWithSecurity(path, openFlags, *static_cast<CFileSecurity*>(pSecurity->lpSecurityDescriptor))
+            : RetryInterrupted([&] { return open(path.c_str(), openFlags, 0666); });
     if (descriptor < 0)
         return FailedHandle(OpenError(path, errno));
     struct stat status;
-    if (fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode))
+    if (!opensFolder && fstat(descriptor, &status) == 0 && S_ISDIR(status.st_mode))
     {
         close(descriptor);
         return FailedHandle(ERROR_ACCESS_DENIED); // a folder opens here, but not on Windows
@@ -171,14 +205,35 @@ HANDLE CreateFileW(LPCWSTR pPath, DWORD access, DWORD, void*, DWORD disposition,
 BOOL ReadFile(HANDLE file, LPVOID pBuffer, DWORD size, DWORD* pRead, void*)
 {
     *pRead = 0;
-    ssize_t count = -1;
-    do
-        count = read(DescriptorOf(file), pBuffer, size);
-    while (count < 0 && errno == EINTR);
+    const ssize_t count = RetryInterrupted([&] { return read(DescriptorOf(file), pBuffer, size); });
     if (count < 0)
         return Failed(WindowsError(errno));
     *pRead = static_cast<DWORD>(count);
     return TRUE;
+}
+
+BOOL WriteFile(HANDLE file, const void* pBuffer, DWORD size, DWORD* pWritten, void*)
+{
+    *pWritten = 0;
+    while (*pWritten < size)
+    {
+        const char* pRest = static_cast<const char*>(pBuffer) + *pWritten;
+        const ssize_t count = RetryInterrupted([&] { return write(DescriptorOf(file), pRest, size - *pWritten); });
+        if (count <= 0)
+            return Failed(count < 0 ? WindowsError(errno) : ERROR_DISK_FULL);
+        *pWritten += static_cast<DWORD>(count);
+    }
+    return TRUE;
+}
+
+DWORD GetFileType(HANDLE file)
+{
+    struct stat status;
+    if (fstat(DescriptorOf(file), &status) != 0)
+        return Failed(WindowsError(errno));
+    if (S_ISREG(status.st_mode))
+        return FILE_TYPE_DISK;
+    return S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode) ? FILE_TYPE_PIPE : FILE_TYPE_CHAR;
 }
 
 DWORD SetFilePointer(HANDLE file, LONG distance, LONG*, DWORD method)

@@ -13,10 +13,15 @@ constexpr DWORD ERROR_ACCESS_DENIED = 5;
 constexpr DWORD ERROR_INVALID_HANDLE = 6;
 constexpr DWORD ERROR_NOT_ENOUGH_MEMORY = 8;
 constexpr DWORD ERROR_INVALID_DATA = 13;
+constexpr DWORD ERROR_NOT_SAME_DEVICE = 17;
 constexpr DWORD ERROR_NO_MORE_FILES = 18;
+constexpr DWORD ERROR_WRITE_PROTECT = 19;
 constexpr DWORD ERROR_READ_FAULT = 30;
+constexpr DWORD ERROR_GEN_FAILURE = 31; ///< for an errno value without a code of its own
 constexpr DWORD ERROR_SHARING_VIOLATION = 32;
 constexpr DWORD ERROR_LOCK_VIOLATION = 33;
+constexpr DWORD ERROR_SHARING_BUFFER_EXCEEDED = 36; ///< no locks to be had
+constexpr DWORD ERROR_NOT_SUPPORTED = 50;
 constexpr DWORD ERROR_FILE_EXISTS = 80;
 constexpr DWORD ERROR_INVALID_PARAMETER = 87;
 constexpr DWORD ERROR_DISK_FULL = 112;
@@ -25,8 +30,11 @@ constexpr DWORD ERROR_INVALID_NAME = 123;
 constexpr DWORD ERROR_MOD_NOT_FOUND = 126;
 constexpr DWORD ERROR_ALREADY_EXISTS = 183;
 constexpr DWORD ERROR_FILENAME_EXCED_RANGE = 206;
+constexpr DWORD ERROR_FILE_TOO_LARGE = 223;
 constexpr DWORD ERROR_MR_MID_NOT_FOUND = 317;
+constexpr DWORD ERROR_OPERATION_ABORTED = 995;
 constexpr DWORD ERROR_INVALID_FLAGS = 1004;
+constexpr DWORD ERROR_DISK_QUOTA_EXCEEDED = 1295;
 constexpr DWORD ERROR_INVALID_WINDOW_HANDLE = 1400;
 constexpr DWORD ERROR_CANNOT_FIND_WND_CLASS = 1407;
 constexpr DWORD ERROR_INVALID_INDEX = 1413;
@@ -34,6 +42,7 @@ constexpr DWORD ERROR_RESOURCE_DATA_NOT_FOUND = 1812;
 constexpr DWORD ERROR_RESOURCE_TYPE_NOT_FOUND = 1813;
 constexpr DWORD ERROR_RESOURCE_NAME_NOT_FOUND = 1814;
 constexpr DWORD ERROR_RESOURCE_LANG_NOT_FOUND = 1815;
+constexpr DWORD ERROR_CANT_RESOLVE_FILENAME = 1921; ///< too many links, or a link where none may be followed
 
 DWORD GetLastError();
 void SetLastError(DWORD code);
@@ -56,13 +65,34 @@ constexpr DWORD OPEN_EXISTING = 3;
 constexpr DWORD OPEN_ALWAYS = 4;
 constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
 constexpr DWORD FILE_ATTRIBUTE_DIRECTORY = 0x10;
+constexpr DWORD FILE_ATTRIBUTE_REPARSE_POINT = 0x400; ///< a symbolic link
+constexpr DWORD FILE_FLAG_OPEN_REPARSE_POINT = 0x00200000;
+constexpr DWORD FILE_FLAG_BACKUP_SEMANTICS = 0x02000000;
 constexpr DWORD FILE_BEGIN = 0;
 constexpr DWORD INVALID_SET_FILE_POINTER = 0xFFFFFFFF;
 
-/// Opens a file for reading, or for both ways; share modes have no counterpart here and are not enforced.
-HANDLE CreateFileW(LPCWSTR pPath, DWORD access, DWORD shareMode, void* pSecurity, DWORD disposition, DWORD attributes,
-                   HANDLE templateFile);
+struct SECURITY_ATTRIBUTES
+{
+    DWORD nLength;
+    LPVOID lpSecurityDescriptor; ///< from GetFileSecurityW
+    BOOL bInheritHandle;
+};
+
+/// Opens a file for reading, or for reading and writing; share modes have no counterpart here and are not enforced.
+/// pSecurity: for CREATE_NEW alone; the file never has wider access rights, not even for a moment.
+/// flags: with FILE_FLAG_OPEN_REPARSE_POINT a symbolic link is refused; without FILE_FLAG_BACKUP_SEMANTICS a folder is,
+/// and with it the handle is good for FlushFileBuffers.
+HANDLE CreateFileW(LPCWSTR pPath, DWORD access, DWORD shareMode, SECURITY_ATTRIBUTES* pSecurity, DWORD disposition,
+                   DWORD flags, HANDLE templateFile);
 BOOL ReadFile(HANDLE file, LPVOID pBuffer, DWORD size, DWORD* pRead, void* pOverlapped);
+/// Writes all of the bytes or fails.
+BOOL WriteFile(HANDLE file, const void* pBuffer, DWORD size, DWORD* pWritten, void* pOverlapped);
+
+constexpr DWORD FILE_TYPE_UNKNOWN = 0;
+constexpr DWORD FILE_TYPE_DISK = 1; ///< a regular file
+constexpr DWORD FILE_TYPE_CHAR = 2; ///< a terminal or another device
+constexpr DWORD FILE_TYPE_PIPE = 3; ///< a pipe or a socket
+DWORD GetFileType(HANDLE file);
 DWORD SetFilePointer(HANDLE file, LONG distance, LONG* pDistanceHigh, DWORD method);
 BOOL CloseHandle(HANDLE file);
 

@@ -1,0 +1,17 @@
+#pragma once
+#include "platform/win32/win32.h"
+
+/// The system's text for an error code, without the line end that the system appends; empty for an unknown code.
+inline WString SystemErrorText(DWORD code)
+{
+    LPWSTR pText = nullptr;
+    const DWORD length = ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0,
+                                          reinterpret_cast<LPWSTR>(&pText), 1, nullptr);
+    if (length == 0)
+        return {};
+    WString text(pText, length);
+    ::LocalFree(pText);
+    while (!text.empty() && text.back() <= TEXT(' '))
+        text.pop_back();
+    return text;
+}
