@@ -1,7 +1,7 @@
 #pragma once
 /// The steps of a save, each a short run of system calls with one outcome. Errors are returned as Windows codes,
 /// ERROR_SUCCESS (0) for success, so that no later call can change them.
-#include "platform/mfc/atlstr.h"
+#include <afxstr.h>
 
 #include <cstddef>
 #include <string_view>

@@ -6,8 +6,8 @@
 /// Host and plug-in share one build of the C++ library, Boost, CString and the module: exceptions and C++ types cross
 /// the border. All calls come on the thread of the host's user interface.
 #include "commands/ICommand.h"
-#include "platform/mfc/afxver_.h"
 #include <afxstr.h>
+#include <afxver_.h>
 
 #include <boost/shared_ptr.hpp>
 

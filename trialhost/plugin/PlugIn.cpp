@@ -2,7 +2,7 @@
 
 #include "trialhost/Format.h"
 
-#include "platform/mfc/afx.h"
+#include <afx.h>
 
 #include <exception>
 #include <filesystem>
