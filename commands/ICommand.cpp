@@ -2,7 +2,7 @@
 
 namespace VLT
 {
-// Out of line, for they are exported. An interface holds nothing that could be copied.
+// Defined out of line because they are exported.
 ICommand::ICommand() = default;
 ICommand::ICommand(const ICommand&) = default;
 ICommand::ICommand(ICommand&&) noexcept = default;

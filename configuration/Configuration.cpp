@@ -7,7 +7,7 @@
 
 namespace
 {
-// The element as "%s%s%s%s%s" of these three and the values between them.
+// The parts of the element around its two values.
 constexpr std::basic_string_view<WCHAR> BeforeId = TEXT("<configuration id=\"");
 constexpr std::basic_string_view<WCHAR> BeforeCfg = TEXT("\" cfg=\"");
 constexpr std::basic_string_view<WCHAR> End = TEXT("\" />");
@@ -35,7 +35,7 @@ size_t LengthOfConfigurationElement(CConfiguration& configuration)
            LengthOfAsciiValue(ConfigurationFields::Cfg(configuration)) + End.size();
 }
 
-// Defined here, not in the class: the module exports each of them once, and nothing is instantiated at the caller's.
+// Defined out of line because they are exported.
 CConfiguration::CConfiguration() = default;
 CConfiguration::CConfiguration(const CConfiguration& other) = default;
 CConfiguration& CConfiguration::operator=(const CConfiguration& other) = default;

@@ -1,19 +1,19 @@
 #pragma once
-/// A record's text form, for the record and for the storage that writes many into one text.
+/// The XML element of a record, shared by CConfiguration and CStorage.
 #include "configuration/Configuration.h"
 
 namespace VLT
 {
-/// The fields themselves. Not exported, as a member of the exported class would be.
+/// Access to the fields without copying them. A member of the exported class would be exported too.
 struct ConfigurationFields
 {
     static CString& Id(CConfiguration& configuration) { return configuration.m_id; }
     static CString& Cfg(CConfiguration& configuration) { return configuration.m_cfg; }
 };
 
-/// Appends <configuration id="..." cfg="..." />, with both fields in base64.
+/// Appends <configuration id="..." cfg="..." /> with both fields in base64.
 void AppendConfigurationElement(CConfiguration& configuration, CString& target);
 
-/// The units of such an element, if both fields are ASCII; others need more.
+/// The length of the element in UTF-16 code units if both fields are ASCII; otherwise a lower bound.
 size_t LengthOfConfigurationElement(CConfiguration& configuration);
 } // namespace VLT

@@ -23,7 +23,7 @@ void CConfigurationStorage::RegisterHandler(boost::shared_ptr<IConfigurationHand
     m_pHandler = std::move(pHandler);
 }
 
-// Each call holds the handler while it runs: a handler may register another one from inside.
+// Each call holds a reference to the handler: the handler may register another one during the call.
 
 int CConfigurationStorage::OpenStorage()
 {

@@ -1,5 +1,5 @@
 #pragma once
-/// VLT_API marks the classes that the module exports; its own sources define VELTRANO_MODULE_BUILD.
+/// VLT_API marks the exported classes. The build of the module defines VELTRANO_MODULE_BUILD.
 #include <afxver_.h>
 
 #ifdef VELTRANO_MODULE_BUILD

@@ -69,7 +69,7 @@ int ReplaceRecords(CStorage& storage, std::basic_string_view<WCHAR> xml)
     const auto earlierRecords = std::exchange(*storage.GetConfigurationVector(), {});
     const auto earlierMap = std::exchange(*storage.GetConfigurationMapById(), {});
     CXmlDocument document;
-    document.ParseInPlace(xml); // a fault in the text is no reason to leave out what can be read
+    document.ParseInPlace(xml); // the result is ignored: what can be read of a faulty text is kept
     if (!document.FindElement(TEXT("storage")))
         return 0;
     document.EnterElement();

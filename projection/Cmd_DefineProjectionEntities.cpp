@@ -21,14 +21,14 @@ int s_bFirstInputPending = 1;
 
 namespace
 {
-// The host's interface has no names for these.
+// Values of the host's enumerations that have no name there.
 constexpr auto StartInputFunction = static_cast<eInteractorMessage>(21);
 constexpr auto SelectAnything = static_cast<eObjectSelectType>(0);
 
 void StartEntitySelection()
 {
     auto* pSelection = new CObjectSelectGeneral(TEXT("Select an entity"), SelectAnything, true, false);
-    // From here on the selection is the host's.
+    // The host owns the selection from now on.
     Allplan::IFW::Framework::SendInteractorMessage(StartInputFunction, reinterpret_cast<__int64>(pSelection));
 }
 
@@ -40,7 +40,7 @@ constexpr double RowFactor = 20.0;
 constexpr double RowSpacing = 1.1;
 constexpr double LineLength = 20.0;
 
-// The host takes the parts of a colour by reference.
+// Named objects because the host takes the components of a colour by reference.
 constexpr BYTE s_red = 0;
 constexpr BYTE s_green = 128;
 constexpr BYTE s_blue = 255;
@@ -121,7 +121,7 @@ void ShowReport(const WString& report)
     dialog.DoModal();
 }
 
-/// Deletes the exception before anything is shown.
+/// Returns the report and deletes the exception, so that it is gone before the dialog opens.
 WString TakeReport(CNOI_AppException* pException)
 {
     const std::unique_ptr<CNOI_AppException> pOwned(pException);
@@ -130,7 +130,7 @@ WString TakeReport(CNOI_AppException* pException)
 
 void ShowForeignReport(CNOI_AppForeignException&& exception)
 {
-    // A fixed place, by which such reports are known; it does not follow the lines of this file.
+    // A fixed text that identifies these reports; 89 is not the current line.
     exception.Source(TEXT("Cmd_DefineProjectionEntities(89)"));
     ShowReport(exception.PrintReport());
 }
@@ -163,7 +163,7 @@ void MakeTrialLines(std::vector<CNOI_SmartPtr<CNOI_BasisLine2D>>& lines)
     {
         ShowForeignReport(CNOI_AppForeignException(error));
     }
-    catch (boost::exception& exception) // before std::exception: what Boost throws is often both
+    catch (boost::exception& exception) // before std::exception: Boost's exceptions are often both
     {
         ShowForeignReport(CNOI_AppForeignException(exception));
     }
@@ -187,13 +187,13 @@ WString CCommand_DefineProjectionEntities::GetId()
 
 void CCommand_DefineProjectionEntities::Run(CCoordinateInput*)
 {
-    AFX_MAINTAIN_STATE2 moduleState(AfxGetStaticModuleState()); // the dialog's template is the module's, not the host's
+    AFX_MAINTAIN_STATE2 moduleState(AfxGetStaticModuleState()); // the dialog template is a resource of the module
     s_pDlgDefineProjections = new CDlgDefineProjections;
     s_pDlgDefineProjections->Create(IDD_DEFINE_PROJECTIONS, nullptr);
     if (s_pDlgDefineProjections != nullptr) // the configuration handler may have ended the command already
         s_pDlgDefineProjections->ShowWindow(SW_SHOW);
 
-    std::vector<CNOI_SmartPtr<CNOI_BasisLine2D>> lines; // the drawing keeps them, too
+    std::vector<CNOI_SmartPtr<CNOI_BasisLine2D>> lines; // the drawing holds references too
     MakeTrialLines(lines);
 }
 
@@ -207,12 +207,12 @@ void CCommand_DefineProjectionEntities::ProcessMouseMsg(int, const CStdPoint2D&,
     }
     pInput->SetInputMode(pInput->eInputModeFirstMessage);
     StartEntitySelection();
-    s_bFirstInputPending = 0; // last: a message that the host sends while it starts the selection is a first one, too
+    s_bFirstInputPending = 0; // last: a message that arrives while the selection starts counts as a first one
 }
 
 void CCommand_DefineProjectionEntities::Complete(CCoordinateInput*)
 {
-    // Taken first: the window's messages may lead to a second Complete.
+    // Cleared first: destroying the window sends messages, and a handler of these may call Complete again.
     const std::unique_ptr<CDlgDefineProjections> pDialog(std::exchange(s_pDlgDefineProjections, nullptr));
     if (!pDialog)
         return;

@@ -6,9 +6,9 @@
 
 class CDlgDefineProjections;
 
-// One of each for the process, not for the command object; internal to the module.
-extern CDlgDefineProjections* s_pDlgDefineProjections; ///< the dialog of the running command; null when there is none
-extern int s_bFirstInputPending;                       ///< not 0: the next mouse message starts the entity selection
+// The command's state: one per process, not per command object.
+extern CDlgDefineProjections* s_pDlgDefineProjections; ///< the dialog of the running command; null if there is none
+extern int s_bFirstInputPending;                       ///< nonzero: the next mouse message starts the entity selection
 
 namespace VLT
 {
@@ -17,23 +17,28 @@ namespace VLT
 class CCommand_DefineProjectionEntities final : public ICommand
 {
 public:
-    /// "CMD_DEFINE_PROJ_ENTITIES". Asking makes the next mouse message count as the first one again; nothing else does.
+    /// Returns "CMD_DEFINE_PROJ_ENTITIES". As a side effect the next mouse message counts as the first one again;
+    /// nothing else has this effect.
     WString GetId() override;
-    /// Leaves a dialog of an earlier Run without Complete as it is: it cannot be reached any more.
+    /// Opens the dialog, then draws the trial lines. Without Complete after an earlier Run, the earlier dialog stays
+    /// open and nothing reaches it any more. pInput is not used.
     void Run(CCoordinateInput* pInput) override;
-    /// Every message counts, whatever its number. pInput must not be null.
+    /// Sets the host's input mode on pInput, which must not be null. The first message also starts the entity
+    /// selection. The other arguments are not used.
     void ProcessMouseMsg(int message, const CStdPoint2D& point, strAddMsgInfo* pInfo,
                          CCoordinateInput* pInput) override;
-    /// Takes the dialog down without saving; nothing happens when there is none.
+    /// Destroys the dialog without saving. Without a dialog it does nothing. pInput is not used.
     void Complete(CCoordinateInput* pInput) override;
+    /// Always 1.
     int RequiresProcessMouseMsg() override;
 };
 } // namespace VLT
 
-/// Adds ten vertical lines of length 20 to the active drawing, from (100, 100) to the right at a distance of 10, and
-/// appends each to lines, which holds a reference of its own. Throws nothing: a failure is shown in the host's modal
-/// information dialog, and what was added before it stays in the drawing and in lines.
+/// Adds ten vertical lines of length 20 to the active drawing, the first at (100, 100), the others to its right at a
+/// distance of 10, in the drawing's units. Appends each line to lines, with a reference of its own. Throws nothing but
+/// failures of the report itself: a failure is shown in the host's modal information dialog, and the lines added before
+/// it stay in the drawing and in lines.
 void MakeTrialLines(std::vector<CNOI_SmartPtr<CNOI_BasisLine2D>>& lines);
 
-/// Gives the object the style of the trial lines: blue, stroke and pen 1, layer 0. Throws what the host throws.
+/// Gives the object the style of the trial lines: blue, stroke 1, pen 1, layer 0. Throws what the host throws.
 void ApplyTrialLineStyle(const CNOI_SmartPtr<CNOI_DBObject>& pObject);

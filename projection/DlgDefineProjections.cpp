@@ -8,7 +8,7 @@
 
 namespace
 {
-// Numbers of the texts in the string files.
+// Numbers in the string files.
 constexpr unsigned int AddKindText = 2;
 constexpr unsigned int PickLayerText = 3;
 constexpr unsigned int PickEntityText = 4;
@@ -19,8 +19,8 @@ void AddItem(CComboBox& combo, unsigned int textNumber, DWORD_PTR data)
     combo.SetItemData(index, data);
 }
 
-/// Whether the dialog has come through a call of the configuration handler: that may end the command or close the
-/// window.
+/// Whether the dialog still exists. To be asked after each call of the configuration handler, which may end the command
+/// or destroy the window.
 bool IsStillThere(const CWnd* pDialog, HWND hWnd)
 {
     return CWnd::FromHandlePermanent(hWnd) == pDialog;
@@ -72,7 +72,7 @@ BOOL CDlgDefineProjections::OnInitDialog()
 {
     CDialog::OnInitDialog();
 
-    // The first Instance takes the host's language; the dialog is in English, so it asks for the English texts.
+    // Instance first: its first call sets the host's language. The dialog is in English and uses the English texts.
     CUIStrings::Instance();
     CUIStrings::m_currentLanguage = TEXT("en");
     FillAddKindCombo();
@@ -86,7 +86,7 @@ BOOL CDlgDefineProjections::OnInitDialog()
     if (!IsStillThere(this, hWnd))
         return TRUE;
     m_pRegistry.reset(new CProjectionRegistry);
-    m_pRegistry->ParseXML(text); // text that cannot be read counts as an empty list
+    m_pRegistry->ParseXML(text); // a text that cannot be read gives an empty list
     return TRUE;                 // the storage stays open until OK
 }
 
@@ -124,7 +124,7 @@ void CDlgDefineProjections::OnBnClickedCancel()
     CDialog::OnCancel();
 }
 
-// The controls below have no effect yet.
+// These controls have no effect yet.
 void CDlgDefineProjections::OnBnClickedSave()
 {
 }

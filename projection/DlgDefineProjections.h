@@ -7,8 +7,8 @@
 class CProjectionRegistry;
 
 /// The modeless dialog "Define projection/intersection". It loads the list of projection definitions when it opens and
-/// stores it on OK as it was loaded: what is typed, ticked or picked reaches the members and goes no further.
-/// OK and Cancel take it from the screen; whoever made it destroys it.
+/// saves it unchanged on OK. Input in the controls reaches the members below and has no further effect yet.
+/// OK and Cancel hide the dialog; its owner destroys it.
 class CDlgDefineProjections : public CDialog
 {
     DECLARE_DYNAMIC(CDlgDefineProjections)
@@ -39,7 +39,7 @@ protected:
 
     DECLARE_MESSAGE_MAP()
 
-    // The order of the fields is that of a projection definition's attributes.
+    // In the order of the attributes of a projection definition.
     CListCtrl m_listDefinitions;
     CComboBox m_comboAddKind;
     CString m_strName;
@@ -49,7 +49,7 @@ protected:
     CComboBox m_comboPick;
     CString m_strPick;
     BOOL m_bActive = FALSE;
-    boost::shared_ptr<CProjectionRegistry> m_pRegistry; ///< empty if the storage did not open
+    boost::shared_ptr<CProjectionRegistry> m_pRegistry; ///< empty if OpenStorage failed
 
 private:
     void FillAddKindCombo();

@@ -1,5 +1,5 @@
 #pragma once
-// Numbers of the module's resources.
+// Resource and control numbers of the module.
 
 #define IDD_DEFINE_PROJECTIONS 1000
 

@@ -32,8 +32,8 @@ struct CMark
 constexpr CMark s_marks[] = {
     {eEncodingUTF16LE, "\xFF\xFE"}, {eEncodingUTF16BE, "\xFE\xFF"}, {eEncodingUTF8, "\xEF\xBB\xBF"}};
 
-/// Reads on behind the first byte of a mark, up to the first byte that is not the mark's. The mark's encoding, or ANSI,
-/// or a failure.
+/// Reads the bytes after the first byte of a mark, up to the first that differs. Returns the mark's encoding,
+/// eEncodingANSI or ReadFailure.
 int ReadRestOfMark(const CMark& mark, const WCHAR* pFileName, HANDLE fileHandle)
 {
     for (const char expected : mark.bytes.substr(1))
@@ -47,8 +47,8 @@ int ReadRestOfMark(const CMark& mark, const WCHAR* pFileName, HANDLE fileHandle)
     return mark.encoding;
 }
 
-/// One of eEncoding, Auto for a file without bytes, or a failure. Marks differ in their first byte, so that no more
-/// bytes are read than decide.
+/// Returns one of eEncoding (Auto for a file without bytes) or ReadFailure. The marks differ in their first byte, so
+/// only one mark is ever tried.
 int DetectEncoding(const WCHAR* pFileName, HANDLE fileHandle)
 {
     const int first = ReadMarkByte(pFileName, fileHandle);
@@ -65,8 +65,7 @@ int DetectEncoding(const WCHAR* pFileName, HANDLE fileHandle)
 
 int TextFile::Open(const WCHAR* pPath)
 {
-    // Ahead of everything else: nothing can fail between the file's opening and its place in the record, and the path
-    // may be the record's own.
+    // First, so that nothing can fail once the file is open. Also, pPath may be this record's fileName.
     HeapText pName(DuplicateText(pPath));
     const HANDLE handle =
         ::CreateFileW(pPath, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -74,7 +73,7 @@ int TextFile::Open(const WCHAR* pPath)
     {
         const DWORD code = ::GetLastError();
         const HeapText pSystemText(GetSystemErrorText(code));
-        ::SetLastError(code); // the look-up may have left its own
+        ::SetLastError(code); // the lookup may have changed it
         ReportError(IDS_OPEN_ERROR, pPath, static_cast<int>(code), pSystemText.get());
         return ReadFailure;
     }
@@ -142,7 +141,7 @@ WCHAR* GetSystemErrorText(DWORD code)
         return DuplicateText(nullptr);
     const std::unique_ptr<WCHAR, decltype(&::LocalFree)> pRelease(pSystemText, ::LocalFree);
     if (length >= 2)
-        pSystemText[length - 2] = 0; // the line end that the system appends
+        pSystemText[length - 2] = 0; // cuts the line end that the system appends
     return DuplicateText(pSystemText);
 }
 

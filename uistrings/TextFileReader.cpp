@@ -22,7 +22,7 @@ WCHAR SwapBytes(WCHAR unit)
     return static_cast<WCHAR>(unit << 8 | unit >> 8);
 }
 
-/// Room for so many bytes behind the header; the text so far stays.
+/// Makes room for that many bytes of text. Keeps the text.
 template <typename Unit>
 void MakeRoom(Unit*& pText, size_t bytes)
 {
@@ -40,7 +40,7 @@ void MakeRoom(Unit*& pText, size_t bytes)
     pText = reinterpret_cast<Unit*>(pHeader + 1);
 }
 
-/// Room for so many units and a terminator, all of which count as used then.
+/// Makes room for that many units and a terminator, and sets the length of the line to them.
 template <typename Unit>
 void SetLength(Unit*& pText, size_t units)
 {
@@ -49,8 +49,8 @@ void SetLength(Unit*& pText, size_t units)
     HeaderOfLine(pText)->length = static_cast<int>(bytes);
 }
 
-/// How a lead byte of UTF-8 counts here: every byte from 0x80 on starts something.
-int CountFurtherBytes(unsigned lead)
+/// The number of continuation bytes after a lead byte. Every byte from 0x80 on counts as a lead byte here.
+int CountContinuationBytes(unsigned lead)
 {
     return lead < 0x80 ? 0 : lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : lead < 0xF8 ? 3 : 0;
 }
@@ -62,12 +62,12 @@ unsigned BitsOfLead(unsigned lead)
     return lead < 0x80 ? lead : lead < 0xE0 ? lead & 0x1F : lead < 0xF0 ? lead & 0x0F : lead & 0x07;
 }
 
-/// Takes one code point off a NUL-terminated text that has not ended. A NUL inside a sequence cuts it short.
+/// Decodes one code point and advances pBytes, which must not stand at the terminator. A NUL inside a sequence ends it.
 unsigned TakeCodePoint(const BYTE*& pBytes)
 {
     const unsigned lead = *pBytes++;
     unsigned point = BitsOfLead(lead);
-    for (int i = CountFurtherBytes(lead); i > 0; --i)
+    for (int i = CountContinuationBytes(lead); i > 0; --i)
     {
         if (*pBytes == 0)
             return ReplacementCharacter;
@@ -89,7 +89,7 @@ WCHAR* PutCodePoint(WCHAR* pText, unsigned point)
     return pText;
 }
 
-/// The units that a NUL-terminated text of UTF-8 decodes to.
+/// The number of UTF-16 units of a NUL-terminated UTF-8 text.
 size_t CountUnits(const BYTE* pBytes)
 {
     size_t count = 0;
@@ -100,13 +100,16 @@ size_t CountUnits(const BYTE* pBytes)
 
 void DecodeLine(const BYTE* pBytes, size_t byteCount, WCHAR*& pText)
 {
-    // No byte gives more than one unit. Only where so much room is not there yet, the units are counted ahead: a block
-    // grows no further than its text asks for.
+    // A byte gives at most one unit. Without room for that many, the units are counted first, so that a block never
+    // grows more than its text needs.
     if (pText == nullptr || static_cast<size_t>(HeaderOfLine(pText)->capacity) < (byteCount + 1) * sizeof(WCHAR))
         SetLength(pText, CountUnits(pBytes));
     WCHAR* pEnd = pText;
     while (*pBytes != 0)
-        pEnd = PutCodePoint(pEnd, TakeCodePoint(pBytes));
+        if (*pBytes < 0x80)
+            *pEnd++ = *pBytes++;
+        else
+            pEnd = PutCodePoint(pEnd, TakeCodePoint(pBytes));
     *pEnd = 0;
     SetLength(pText, static_cast<size_t>(pEnd - pText));
 }
@@ -163,8 +166,8 @@ int TextFileReader::FillBuffer()
     return m_endOfFile ? EndOfData : 0;
 }
 
-/// As FillBuffer, but for units of so many bytes: bytes at the end of the data that make no unit are dropped.
-int TextFileReader::FillBufferWith(int unitSize)
+/// FillBuffer for units of unitSize bytes. Drops the bytes at the end of the data that are less than a unit.
+int TextFileReader::FillBufferForUnit(int unitSize)
 {
     while (m_available - m_position < unitSize)
     {
@@ -183,14 +186,14 @@ int TextFileReader::ReadUnits(Unit** ppLine, Unit lineFeed, Unit carriageReturn)
     constexpr int unitSize = sizeof(Unit);
     size_t total = 0;
     bool hasLine = false;
-    while (FillBufferWith(unitSize) == 0)
+    while (FillBufferForUnit(unitSize) == 0)
     {
         hasLine = true;
         const auto* pPiece = reinterpret_cast<const Unit*>(m_buffer + m_position);
         const auto room = static_cast<size_t>((m_available - m_position) / unitSize);
         const Unit* pLineFeed = std::char_traits<Unit>::find(pPiece, room, lineFeed);
         const size_t count = pLineFeed == nullptr ? room : static_cast<size_t>(pLineFeed - pPiece);
-        // Also without an LF behind it: a CR LF may be split between two fills.
+        // Also without an LF after it: the LF may be the first unit of the next fill.
         const size_t copied = count > 0 && pPiece[count - 1] == carriageReturn ? count - 1 : count;
 
         SetLength(*ppLine, total + copied);
@@ -232,7 +235,7 @@ int TextFileReader::ReadByte()
     return result < 0 ? result : m_buffer[m_position++];
 }
 
-int TextFileReader::ReadByteButCr()
+int TextFileReader::ReadByteExceptCr()
 {
     int byte = ReadByte();
     while (byte == CarriageReturn)
@@ -242,7 +245,7 @@ int TextFileReader::ReadByteButCr()
 
 int TextFileReader::ReadUnit()
 {
-    if (const int result = FillBufferWith(sizeof(WCHAR)); result < 0)
+    if (const int result = FillBufferForUnit(sizeof(WCHAR)); result < 0)
         return result;
     const int unit = m_buffer[m_position] | m_buffer[m_position + 1] << 8;
     m_position += 2;
@@ -256,7 +259,7 @@ ANSI_TextFileReader::~ANSI_TextFileReader()
 
 int ANSI_TextFileReader::ReadChar()
 {
-    return ReadByteButCr();
+    return ReadByteExceptCr();
 }
 
 int ANSI_TextFileReader::ReadLine(WCHAR** ppLine, unsigned int codePage)
@@ -274,16 +277,16 @@ UTF8_TextFileReader::~UTF8_TextFileReader()
 
 int UTF8_TextFileReader::ReadChar()
 {
-    const int lead = ReadByteButCr();
+    const int lead = ReadByteExceptCr();
     if (lead < 0)
         return lead;
     unsigned point = BitsOfLead(static_cast<unsigned>(lead));
-    for (int i = CountFurtherBytes(static_cast<unsigned>(lead)); i > 0; --i)
+    for (int i = CountContinuationBytes(static_cast<unsigned>(lead)); i > 0; --i)
     {
-        const int further = ReadByteButCr();
-        if (further < 0)
-            return further;
-        point = point << 6 | (static_cast<unsigned>(further) & 0x3F);
+        const int next = ReadByteExceptCr();
+        if (next < 0)
+            return next;
+        point = point << 6 | (static_cast<unsigned>(next) & 0x3F);
     }
     return static_cast<int>(point);
 }

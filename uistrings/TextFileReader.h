@@ -1,62 +1,63 @@
 #pragma once
-/// Readers of text files: bytes of one encoding through a read buffer, lines out as UTF-16.
+/// Readers of text files: they read bytes of one encoding through a buffer and return lines as UTF-16.
 #include "platform/win32/win32.h"
 
-/// Stands directly before the text of a line. The text pointer, which is what everything passes around, points behind
-/// it. A block only grows, in steps of 1024 bytes, and may move when it does. It comes from realloc; FreeLine releases
-/// it.
+/// The header of a line block: it lies directly before the text of the line, and all functions take the pointer to the
+/// text. A block only grows, in steps of 1024 bytes, and may move then. It comes from realloc; FreeLine releases it.
 struct LineHeader
 {
-    char magic[4]; ///< "BDSG"
-    int capacity;  ///< bytes of the text area
-    int length;    ///< bytes of it in use, the terminator included
+    char magic[4]; ///< "BDSG", which marks a line block in a memory dump
+    int capacity;  ///< size of the text area in bytes
+    int length;    ///< used bytes of the text area, with the terminator
 };
 static_assert(sizeof(LineHeader) == 12);
 
-/// The header of a line's text, which must not be null.
+/// Returns the header of a line's text. pText must not be null.
 LineHeader* HeaderOfLine(void* pText);
-/// Null is allowed.
+/// Releases a line block. pText may be null.
 void FreeLine(void* pText);
 
-/// The reader of a file without bytes, and the base of the others. Borrows file name and handle.
-/// A line that would pass 2^31 - 1 bytes, or an allocation that fails, ends in std::bad_alloc; line blocks stay valid.
+/// The base class, and the reader of a file without bytes. Borrows file name and handle.
+/// A line of more than 2^31 - 1 bytes or a failed allocation throws std::bad_alloc; line blocks stay valid.
 class TextFileReader
 {
 public:
-    /// bufferSize: bytes of the read buffer; 0 for no buffer.
+    /// bufferSize: size of the read buffer in bytes; 0 for none.
     TextFileReader(const WCHAR* pFileName, HANDLE fileHandle, int bufferSize);
     TextFileReader(const TextFileReader&) = delete;
     TextFileReader& operator=(const TextFileReader&) = delete;
     virtual ~TextFileReader();
 
-    /// The next character without carriage returns; -1 at the end of the file, -2 after a failed read.
+    /// Returns the next character, skipping carriage returns; -1 at the end of the file, -2 after a failed read.
     virtual int ReadChar();
-    /// The next line, ended by LF or CR LF, without its end. *ppLine: null at the first call, then what the last call
-    /// left; it stays the caller's, who releases it with FreeLine. codePage counts for 8-bit text alone.
-    /// 0: *ppLine holds the line. Negative: there is none; a read that failed looks like the end of the file.
+    /// Reads the next line into the line block *ppLine. Lines end with LF or CR LF, which is dropped. *ppLine is null
+    /// in the first call and passed on unchanged to the next ones; the caller owns it and releases it with FreeLine.
+    /// codePage matters only for 8-bit text. Returns 0, or a negative value if there is no further line; a failed read
+    /// looks like the end of the file.
     virtual int ReadLine(WCHAR** ppLine, unsigned int codePage);
 
-    /// 0 when unread bytes stand in the buffer, -1 at the end of the file, -2 after a failed read, which leaves its
-    /// message as the thread's last error text. A later call tries again.
+    /// Reads the next bytes if the buffer has no unread ones. Returns 0 if there are unread bytes now, -1 at the end of
+    /// the file, -2 after a failed read, with a message in the thread's last error text. The next call tries again.
     int FillBuffer();
 
 protected:
     int ReadByteLine(char** ppLine);
-    /// swapped: the units' bytes stand in the other order, and are left so.
+    /// swapped: the file is big-endian. The bytes of the units are not exchanged here.
     int ReadWideLine(WCHAR** ppLine, bool swapped);
-    /// The bytes up to the first zero byte, as the code page has them.
+    /// Converts the bytes before the first zero byte with the code page.
     static void ConvertLine(const char* pBytes, WCHAR** ppLine, unsigned int codePage);
 
-    /// The next byte or a negative result.
+    /// Returns the next byte, or the negative result of FillBuffer.
     int ReadByte();
-    int ReadByteButCr();
-    /// The next two bytes in file order as a little-endian unit. A lone last byte is dropped.
+    /// The same, skipping carriage returns.
+    int ReadByteExceptCr();
+    /// Returns the next two bytes as a little-endian unit, or a negative result. A lone last byte is dropped.
     int ReadUnit();
 
 private:
     template <typename Unit>
     int ReadUnits(Unit** ppLine, Unit lineFeed, Unit carriageReturn);
-    int FillBufferWith(int unitSize);
+    int FillBufferForUnit(int unitSize);
 
     const WCHAR* m_fileName;
     HANDLE m_fileHandle;
@@ -80,13 +81,14 @@ private:
     char* m_byteLine = nullptr;
 };
 
-/// UTF-8, read tolerantly: any byte counts as a further byte, overlong and surrogate forms give what they encode.
+/// UTF-8, decoded leniently: any byte is accepted as a continuation byte; overlong and surrogate forms are decoded as
+/// they are.
 class UTF8_TextFileReader : public TextFileReader
 {
 public:
     using TextFileReader::TextFileReader;
     ~UTF8_TextFileReader() override;
-    /// The whole code point, not limited to Unicode's range.
+    /// Returns the whole code point, which may lie beyond U+10FFFF.
     int ReadChar() override;
     int ReadLine(WCHAR** ppLine, unsigned int codePage) override;
 

@@ -3,7 +3,7 @@
 
 namespace VLT
 {
-// The list of built-in commands. A member of the manager, but not in its file: the manager knows no command.
+// The list of built-in commands. It has its own file, so that CommandManager.cpp depends on no command.
 void CCommandManager::RegisterCommands()
 {
     RegisterCommand(boost::shared_ptr<ICommand>(new CCommand_DefineProjectionEntities));

@@ -1,6 +1,6 @@
-/// The module-level objects, in the one file in which the order of their making is certain: they are made at load from
-/// the top of this file to its end, and destroyed at unload in the reverse order. The application object asks for the
-/// framework's module state, which is thereby made before all of them.
+/// All module-level objects that are constructed at load. They are in one file because only within a file C++ defines
+/// the order: from top to bottom, and at unload from bottom to top. The framework's module state is constructed first,
+/// when the application object asks for it.
 #include "commands/module/VeltranoCommandsApp.h"
 #include "projection/base64/Base64.h"
 #include "uistrings/UIStrings.h"

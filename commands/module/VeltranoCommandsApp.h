@@ -1,14 +1,14 @@
 #pragma once
 #include <afxwin.h>
 
-/// The module's application object: the framework's frame, and nothing of the module's own. There is one.
+/// The module's application object, required by MFC. There is one, in ModuleObjects.cpp.
 class CVeltranoCommandsApp : public CWinApp
 {
 public:
     CVeltranoCommandsApp() : CWinApp(nullptr) {}
     ~CVeltranoCommandsApp() override = default;
 
-    /// Called at load. TRUE, whatever the framework's own start gives: all start-up of the module is lazy.
+    /// Called by MFC at load. Always TRUE: the module initialises everything on first use.
     BOOL InitInstance() override;
 
 protected:

@@ -14,7 +14,7 @@ using Calls = std::vector<std::string>;
 
 const Calls nothing;
 
-/// Writes down what is called on it.
+/// Records the calls on it.
 class CTestCommand final : public VLT::ICommand
 {
 public:
@@ -68,9 +68,9 @@ protected:
         m_pPipe->TakeCalls();
         m_pWall->TakeCalls();
     }
-    ~CommandManager() override { m_manager = *VLT::CCommandManager::Instance(); } // lets go of the test's commands
+    ~CommandManager() override { m_manager = *VLT::CCommandManager::Instance(); } // releases the test's commands
 
-    /// A copy of the process's manager. No outsider can destroy one, so all copies stay reachable to the end.
+    /// A copy of the process's manager. Its destructor is private: all copies stay reachable until the process ends.
     static VLT::CCommandManager& NewManager()
     {
         static auto& s_managers = *new std::vector<VLT::CCommandManager*>;
@@ -92,7 +92,7 @@ TEST_F(CommandManager, KnowsTheBuiltInCommandFromTheStart)
     EXPECT_EQ(pManager->IsNativeCommandAvailable(TEXT("CMD_DEFINE_PROJ_ENTITIES")), 1);
     EXPECT_EQ(pManager->RequiresProcessMouseMsg(TEXT("CMD_DEFINE_PROJ_ENTITIES")), 1);
     EXPECT_EQ(pManager->IsNativeCommandActive(), 0);
-    EXPECT_EQ(pManager->IsNativeCommandAvailable(TEXT("PIPE")), 0); // registered in a copy alone
+    EXPECT_EQ(pManager->IsNativeCommandAvailable(TEXT("PIPE")), 0); // registered only in a copy
 }
 
 TEST_F(CommandManager, ComparesIdentifiersExactly)
@@ -105,7 +105,7 @@ TEST_F(CommandManager, ComparesIdentifiersExactly)
         EXPECT_EQ(m_manager.RequiresProcessMouseMsg(pId), 0);
         EXPECT_FALSE(m_manager.GetCommandById(pId));
         EXPECT_EQ(m_manager.RunCommand(pId, &m_input), 0);
-        EXPECT_EQ(m_manager.IsNativeCommandActive(), 1); // WALL goes on
+        EXPECT_EQ(m_manager.IsNativeCommandActive(), 1); // still WALL
     }
     m_manager.RegisterCommand(boost::make_shared<CTestCommand>(TEXT("")));
     EXPECT_EQ(m_manager.IsNativeCommandAvailable(TEXT("")), 1);
@@ -119,7 +119,7 @@ TEST_F(CommandManager, KeepsTheFirstOfTwoWithOneIdentifier)
     EXPECT_EQ(pSecond->TakeCalls(), Calls{"GetId"});
     EXPECT_EQ(m_manager.GetCommandById(TEXT("PIPE")), m_pPipe);
     EXPECT_EQ(pSecond.use_count(), 1);
-    m_manager.RegisterCommand({}); // passed over
+    m_manager.RegisterCommand({}); // ignored
 }
 
 TEST_F(CommandManager, RunsForwardsAndCompletes)
@@ -134,7 +134,7 @@ TEST_F(CommandManager, RunsForwardsAndCompletes)
     EXPECT_EQ(m_pPipe->TakeCalls(), nothing);
 
     EXPECT_EQ(m_manager.RunCommand(TEXT("PIPE"), nullptr), 1);
-    EXPECT_EQ(m_manager.RunCommand(TEXT("PIPE"), &m_input), 1); // again, without an end
+    EXPECT_EQ(m_manager.RunCommand(TEXT("PIPE"), &m_input), 1); // again, without CompleteCommand
     EXPECT_EQ(m_pPipe->m_pInput, &m_input);
     m_manager.ProcessMouseMsg(-1, point, &info, &other);
     EXPECT_TRUE(m_pPipe->m_pPoint == &point && m_pPipe->m_pInfo == &info && m_pPipe->m_pInput == &other);
@@ -147,7 +147,7 @@ TEST_F(CommandManager, RunsForwardsAndCompletes)
     EXPECT_EQ(m_manager.IsNativeCommandAvailable(TEXT("PIPE")), 1);
 }
 
-TEST_F(CommandManager, LeavesTheOldCommandWithoutAWordWhenAnotherRuns)
+TEST_F(CommandManager, DropsTheActiveCommandWithoutACallWhenAnotherRuns)
 {
     m_manager.RunCommand(TEXT("PIPE"), &m_input);
     const auto references = m_pPipe.use_count();
@@ -158,7 +158,7 @@ TEST_F(CommandManager, LeavesTheOldCommandWithoutAWordWhenAnotherRuns)
     EXPECT_EQ(m_pWall->TakeCalls(), (Calls{"Run", "Complete"}));
 }
 
-TEST_F(CommandManager, LetsExceptionsOfACommandOut)
+TEST_F(CommandManager, PassesExceptionsOfACommandOn)
 {
     m_pPipe->m_inside = [] { throw 5; };
     EXPECT_THROW(m_manager.RequiresProcessMouseMsg(TEXT("PIPE")), int);

@@ -58,14 +58,14 @@ TEST_F(DefineProjectionEntities, StartsTheSelectionWithTheFirstMessageOnly)
     EXPECT_EQ(record.messages[0].message, 21);
     EXPECT_TRUE(HostControl::GetPrompt() == TEXT("Select an entity"));
 
-    // Only the question for the identifier starts over; the host drops the earlier selection.
+    // Only GetId makes the next message a first one again; the host drops the earlier selection.
     EXPECT_TRUE(m_command.GetId() == TEXT("CMD_DEFINE_PROJ_ENTITIES"));
     SendMouse(512, m_input);
     EXPECT_EQ(record.selections.size(), 2u);
     EXPECT_EQ(HostControl::CountLiveInputFunctions(), 1);
 }
 
-TEST_F(DefineProjectionEntities, TakesAMessageFromInsideTheStartAsAFirstOneToo)
+TEST_F(DefineProjectionEntities, TreatsAMessageDuringTheStartAsAFirstOne)
 {
     HostControl::SetCallObserver(
         [this](Call call)
@@ -80,7 +80,7 @@ TEST_F(DefineProjectionEntities, TakesAMessageFromInsideTheStartAsAFirstOneToo)
     EXPECT_EQ(s_bFirstInputPending, 0);
 }
 
-TEST_F(DefineProjectionEntities, StaysAtTheFirstMessageWhenTheHostFails)
+TEST_F(DefineProjectionEntities, StillExpectsTheFirstMessageAfterAHostFailure)
 {
     for (const auto call : {Call::SetInputMode, Call::CreateObjectSelect, Call::SendInteractorMessage})
     {
@@ -118,7 +118,7 @@ TEST_F(DefineProjectionEntities, ShowsTheDialogBeforeItDraws)
     EXPECT_EQ(HostControl::GetRecord().selections.size(), 1u);
 }
 
-// The report is modal inside Run. Whatever happens, the module's state goes back to what it was.
+// The report is modal inside Run. Whatever happens, the caller's module state is restored.
 TEST_F(DefineProjectionEntities, KeepsTheModuleStateThroughTheReport)
 {
     AFX_MODULE_STATE hostState;

@@ -20,7 +20,7 @@ public:
     int OpenStorage() override { return 7; }
     void CloseStorage() override
     {
-        CConfigurationStorage::Instance()->RegisterHandler(nullptr); // must not pull the ground away under this call
+        CConfigurationStorage::Instance()->RegisterHandler(nullptr); // must not destroy this object during the call
         s_notes.push_back(TEXT("close"));
     }
     CString LoadConfigurationById(const WCHAR* pId) override
@@ -54,7 +54,7 @@ TEST(ConfigurationStorage, ForwardsToTheLastRegisteredHandler)
     EXPECT_EQ(storage.SaveConfiguration(TEXT("A"), TEXT("B")), -2);
     EXPECT_THROW(storage.LoadConfigurationById(nullptr), int);
 
-    // Only the interface gives a way to free a copy.
+    // Only the interface has a public destructor.
     std::unique_ptr<IConfigurationHandler> pCopy(new CConfigurationStorage(storage));
     storage.RegisterHandler(boost::make_shared<CNotingHandler>());
     s_notes.push_back(TEXT("registered"));

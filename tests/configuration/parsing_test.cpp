@@ -1,4 +1,4 @@
-/// Storage and registry read their texts by the same rules: one table for both.
+/// Storage and registry follow the same reading rules: one table for both.
 #include "configuration/Storage.h"
 #include "projection/ProjectionRegistry.h"
 #include "projection/base64/Base64.h"
@@ -68,7 +68,7 @@ TEST(Parsing, ReadsWhatADamagedTextStillSays)
         }
 }
 
-// Whatever follows them in the tag, and wherever in them a reference stands or something that is no base64.
+// Long values with other attributes around them, and with a reference or a character that is not base64 inside.
 TEST(Parsing, ReadsLongValuesWhole)
 {
     for (const size_t length : {30, 60, 66, 3000})

@@ -51,13 +51,13 @@ TEST(Storage, WritesTheVectorInOneLineAndReadsItBack)
     EXPECT_EQ(storage.GetXML(), TEXT("<storage><configuration id=\"QSZC\" cfg=\"PGEgYj0iYyIvPg==\" />")
                                     TEXT("<configuration id=\"\" cfg=\"\" /></storage>"));
     WStringStream stream;
-    stream.width(200); // of the caller's next output, not of the element
+    stream.width(200); // must not affect the element
     storage.GetConfigurationById(TEXT("A&B"))->GetXML(stream);
     EXPECT_EQ(storage.GetConfigurationById(TEXT("A&B"))->GetXML(), stream.str().c_str());
 
     EXPECT_EQ(storage.ParseXML(MakeStorage().GetXML()), 1);
     EXPECT_EQ(ContentOf(storage), TEXT("b=1,a=1,b=2,|a=1,b=1,"));
-    CStorage many; // reading enters them in the order of their keys, adding one by one
+    CStorage many; // ParseXML builds the map from sorted records, AddConfiguration one by one
     for (unsigned i = 0, random = 7; i < 500; ++i, random = random * 1664525 + 1013904223)
     {
         CString id, cfg;
@@ -78,7 +78,7 @@ TEST(Storage, RemovesByRecordFromTheVectorAndByIdentifierFromTheMap)
     CStorage storage = MakeStorage();
     storage.RemoveConfiguration(storage.GetConfigurationVector()->back());
     EXPECT_EQ(ContentOf(storage), TEXT("b=1,a=1,|a=1,"));
-    storage.RemoveConfiguration(Record(TEXT("a"), TEXT(""))); // a stranger of that identifier
+    storage.RemoveConfiguration(Record(TEXT("a"), TEXT(""))); // another record with that identifier
     EXPECT_EQ(ContentOf(storage), TEXT("b=1,a=1,|"));
     storage.AddConfiguration(storage.GetConfigurationVector()->front());
     storage.RemoveConfiguration(storage.GetConfigurationVector()->back());
@@ -88,7 +88,7 @@ TEST(Storage, RemovesByRecordFromTheVectorAndByIdentifierFromTheMap)
     const auto pRenamed = storage.GetConfigurationById(TEXT("b"));
     pRenamed->SetId(TEXT("a"));
     EXPECT_EQ(storage.GetConfigurationById(TEXT("b")), pRenamed);
-    storage.RemoveConfiguration(pRenamed); // "a" goes, though it was another's; "b" keeps the record
+    storage.RemoveConfiguration(pRenamed); // removes the map's "a", which is another record; "b" keeps this one
     EXPECT_EQ(ContentOf(storage), TEXT("a=1,b=2,|b=1,"));
     storage.AddConfiguration(nullptr);
     storage.RemoveConfiguration(nullptr);

@@ -18,7 +18,7 @@ bool Fails()
 }
 } // namespace
 
-// The linker puts these in the place of malloc, realloc and free in all objects of this program, and wants to see them.
+// The linker option --wrap replaces malloc, realloc and free in this program by these, which must be visible to it.
 #pragma GCC visibility push(default)
 extern "C" void* __real_malloc(size_t size);
 extern "C" void* __real_realloc(void* pBlock, size_t size);

@@ -3,19 +3,19 @@
 
 #include <new>
 
-/// The allocations of this program, by new, malloc and realloc. One of them can be made to fail.
+/// Counts the allocations of this program by new, malloc and realloc, and can make one of them fail.
 namespace Allocation
 {
-/// The count-th from now on fails; 0: none.
+/// Makes the count-th allocation from now on fail; 0: none.
 void FailAt(long count);
-/// Whether it has failed.
+/// Whether that allocation was reached and failed.
 bool HasFailed();
-/// Blocks in use. Exact natively only: on Windows the runtime's library has allocations of its own.
+/// Allocated blocks. Exact only natively: on Windows the C++ runtime is a DLL with its own calls of malloc.
 long CountLive();
 
-/// Runs a row for a failure of the first allocation in its operation, of the second, and so on, until it gets
-/// through. A row sets its objects up, calls the operation that it is given through the argument, and then looks
-/// whether the objects are sound. What an operation throws must be std::bad_alloc, and nothing may be left behind.
+/// Calls row again and again: first the first allocation of its operation fails, then the second, and so on until none
+/// does. A row sets up its objects, passes its operation to its argument, and then checks the objects. The operation
+/// may throw only std::bad_alloc, and may not leak.
 template <typename Row>
 void FailEach(Row row)
 {

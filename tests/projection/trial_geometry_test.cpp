@@ -13,6 +13,7 @@ using Call = eHostCall;
 using Failure = eHostFailure;
 
 constexpr int ObjectsOfAnEmptyDrawing = 1; // the database
+constexpr int SeventhLine = 6;
 
 class TrialGeometry : public testing::Test
 {
@@ -25,7 +26,7 @@ protected:
         EXPECT_EQ(HostControl::CountLiveExceptions(), 0);
     }
 
-    /// Back to an empty drawing and an empty list, for the next row of a table.
+    /// An empty drawing and an empty list.
     void StartAgain()
     {
         m_lines.clear();
@@ -41,14 +42,14 @@ std::ptrdiff_t CountCalls(Call call)
     return std::count(calls.begin(), calls.end(), call);
 }
 
-/// The calls behind the last one of that kind.
+/// The calls after the last one of that kind.
 std::vector<Call> CallsAfter(Call call)
 {
     const auto& calls = HostControl::GetRecord().calls;
     return {std::find(calls.rbegin(), calls.rend(), call).base(), calls.end()};
 }
 
-/// The text of the one dialog that was shown. It is ASCII here; narrow, a difference can be read.
+/// The text of the only dialog that was shown, which is ASCII.
 std::string Report()
 {
     const auto& information = HostControl::GetRecord().information;
@@ -59,16 +60,13 @@ std::string Report()
     return {text.begin(), text.end()};
 }
 
-const struct
-{
-    Failure failure;
-    const char* pReport;
-} failures[] = {{Failure::AppException, "the host refused"},
-                {Failure::MfcException, "CException\nSource: Cmd_DefineProjectionEntities(89)"},
-                {Failure::ComError, "_com_error 0x80004005\nSource: Cmd_DefineProjectionEntities(89)"},
-                {Failure::BoostException, "boost::exception\nSource: Cmd_DefineProjectionEntities(89)"},
-                {Failure::StdException, "std::exception: the host refused\nSource: Cmd_DefineProjectionEntities(89)"},
-                {Failure::Unknown, "Unknown exception\nSource: Cmd_DefineProjectionEntities(89)"}};
+const std::pair<Failure, std::string> failures[] = {
+    {Failure::AppException, "the host refused"},
+    {Failure::MfcException, "CException\nSource: Cmd_DefineProjectionEntities(89)"},
+    {Failure::ComError, "_com_error 0x80004005\nSource: Cmd_DefineProjectionEntities(89)"},
+    {Failure::BoostException, "boost::exception\nSource: Cmd_DefineProjectionEntities(89)"},
+    {Failure::StdException, "std::exception: the host refused\nSource: Cmd_DefineProjectionEntities(89)"},
+    {Failure::Unknown, "Unknown exception\nSource: Cmd_DefineProjectionEntities(89)"}};
 
 const std::vector<Call> callsOfALine{
     Call::CreateLine, Call::CreateGeoLine,  Call::GetStartPoint,  Call::SetPoint,  Call::GetEndPoint,
@@ -76,14 +74,10 @@ const std::vector<Call> callsOfALine{
     Call::GetColor,   Call::SetARGB,        Call::GetCommonStyle, Call::SetStroke, Call::GetCommonStyle,
     Call::SetPen,     Call::GetCommonStyle, Call::SetLayer,       Call::AddObject};
 
-/// Makes the call at that place of callsOfALine fail in the seventh line.
-void FailInTheSeventhLine(size_t place, Failure failure)
+void FailInTheSeventhLine(Call call, Failure failure)
 {
-    const auto first = callsOfALine.begin();
-    const Call call = callsOfALine[place];
-    const auto inALine = std::count(first, callsOfALine.end(), call);
-    const auto before = std::count(first, first + static_cast<std::ptrdiff_t>(place), call);
-    HostControl::FailAt(call, failure, static_cast<int>(6 * inALine + before + 1));
+    const auto inALine = static_cast<int>(std::count(callsOfALine.begin(), callsOfALine.end(), call));
+    HostControl::FailAt(call, failure, SeventhLine * inALine + 1);
 }
 } // namespace
 
@@ -91,7 +85,7 @@ TEST_F(TrialGeometry, DrawsTenBlueLinesInARow)
 {
     MakeTrialLines(m_lines);
     ASSERT_EQ(m_lines.size(), 10u);
-    m_lines.clear(); // the drawing has references of its own
+    m_lines.clear(); // the drawing has its own references
     const auto lines = HostControl::GetLines();
     ASSERT_EQ(lines.size(), 10u);
     for (size_t i = 0; i < lines.size(); ++i)
@@ -102,13 +96,7 @@ TEST_F(TrialGeometry, DrawsTenBlueLinesInARow)
         EXPECT_TRUE(line.alpha == 0 && line.red == 0 && line.green == 128 && line.blue == 255) << i;
         EXPECT_TRUE(line.stroke == 1 && line.pen == 1 && line.layer == 0) << i;
     }
-    EXPECT_FALSE(HostControl::IsDatabaseOpen());
     EXPECT_EQ(Report(), "0 dialogs");
-}
-
-TEST_F(TrialGeometry, CallsTheHostInItsOrder)
-{
-    MakeTrialLines(m_lines);
     std::vector<Call> expected{Call::OpenActiveDatabase};
     for (int i = 0; i < 10; ++i)
         expected.insert(expected.end(), callsOfALine.begin(), callsOfALine.end());
@@ -116,35 +104,74 @@ TEST_F(TrialGeometry, CallsTheHostInItsOrder)
     EXPECT_EQ(HostControl::GetRecord().calls, expected);
 }
 
-// Every call of the seventh line, with every kind of exception: a handler that is missing or comes too late, an
-// exception that nobody deletes, a line that is half in the list each break some rows.
-TEST_F(TrialGeometry, ReportsAFailureInTheSeventhLineOnce)
+// Catches a missing handler, a handler that comes too late, an exception that nobody deletes, a half-added line.
+TEST_F(TrialGeometry, ReportsEachFailureOnceAndKeepsTheLinesBeforeIt)
 {
-    for (const auto& [failure, pReport] : failures)
-        for (size_t place = 0; place < callsOfALine.size(); ++place)
+    std::vector<Call> calls = callsOfALine;
+    calls.insert(calls.end(), {Call::OpenActiveDatabase, Call::CloseDatabase});
+    for (const Call call : calls)
+        for (const auto& [failure, report] : failures)
         {
-            SCOPED_TRACE(testing::Message() << pReport << ", call " << place << " of a line");
+            SCOPED_TRACE(testing::Message() << report << " in call " << static_cast<int>(call));
             StartAgain();
-            FailInTheSeventhLine(place, failure);
+            const bool isOnce = call == Call::OpenActiveDatabase || call == Call::CloseDatabase;
+            isOnce ? HostControl::FailAt(call, failure) : FailInTheSeventhLine(call, failure);
             MakeTrialLines(m_lines);
-            EXPECT_EQ(Report(), pReport);
-            EXPECT_EQ(m_lines.size(), 6u);
-            EXPECT_EQ(HostControl::GetLines().size(), 6u);
+            EXPECT_EQ(Report(), report);
+            const size_t lines = call == Call::OpenActiveDatabase ? 0 : call == Call::CloseDatabase ? 10 : SeventhLine;
+            EXPECT_EQ(m_lines.size(), lines);
+            EXPECT_EQ(HostControl::GetLines().size(), lines);
             EXPECT_EQ(CountCalls(Call::CloseDatabase), 1);
-            EXPECT_FALSE(HostControl::IsDatabaseOpen());
             EXPECT_EQ(HostControl::CountLiveExceptions(), 0);
         }
 }
 
-TEST_F(TrialGeometry, DeletesTheHostsExceptionBeforeTheDialogAndAForeignOneBehindIt)
+TEST_F(TrialGeometry, ReportsTheClassOfAnEmptyPointer)
 {
-    HostControl::FailAt(Call::AddObject, Failure::AppException, 7);
+    const std::pair<Call, std::string> rows[] = {
+        {Call::CreateLine, "CNOI_BasisLine2D"},      {Call::CreateGeoLine, "CNOI_GeoLine2D"},
+        {Call::GetStartPoint, "CNOI_GeoPoint2D"},    {Call::GetEndPoint, "CNOI_GeoPoint2D"},
+        {Call::GetCommonStyle, "CNOI_CommonStyle"},  {Call::GetColor, "CNOI_ColorARGB"},
+        {Call::OpenActiveDatabase, "CNOI_IDatabase"}};
+    for (const auto& [call, className] : rows)
+    {
+        SCOPED_TRACE(className);
+        StartAgain();
+        call == Call::OpenActiveDatabase ? HostControl::FailAt(call, Failure::EmptyResult)
+                                         : FailInTheSeventhLine(call, Failure::EmptyResult);
+        MakeTrialLines(m_lines);
+        EXPECT_TRUE(Report().starts_with("Null reference: " + className + "\nSource: NOI_SmartPtr.h("));
+        EXPECT_EQ(m_lines.size(), call == Call::OpenActiveDatabase ? 0u : 6u);
+        EXPECT_EQ(CountCalls(Call::CloseDatabase), 1);
+    }
+}
+
+// A failure of closing replaces the failure before it, which must be deleted.
+TEST_F(TrialGeometry, ReportsAFailureOfClosingInsteadOfTheFirst)
+{
+    for (const auto& [failure, report] : failures)
+        for (const auto first : {Failure::AppException, Failure::MfcException, Failure::StdException})
+        {
+            SCOPED_TRACE(testing::Message() << report << " after failure " << static_cast<int>(first));
+            StartAgain();
+            FailInTheSeventhLine(Call::AddObject, first);
+            HostControl::FailAt(Call::CloseDatabase, failure);
+            MakeTrialLines(m_lines);
+            EXPECT_EQ(Report(), report);
+            EXPECT_EQ(CountCalls(Call::CloseDatabase), 1);
+            EXPECT_EQ(HostControl::CountLiveExceptions(), 0);
+        }
+}
+
+TEST_F(TrialGeometry, DeletesTheHostsExceptionBeforeTheDialogAndAForeignOneAfterIt)
+{
+    HostControl::FailAt(Call::AddObject, Failure::AppException);
     MakeTrialLines(m_lines);
     EXPECT_EQ(CallsAfter(Call::CloseDatabase),
               (std::vector{Call::PrintReport, Call::DestroyException, Call::UseResources, Call::CreateInformation,
                            Call::ShowInformation, Call::DestroyInformation, Call::RestoreResources}));
     StartAgain();
-    HostControl::FailAt(Call::AddObject, Failure::Unknown, 7);
+    HostControl::FailAt(Call::AddObject, Failure::Unknown);
     MakeTrialLines(m_lines);
     EXPECT_EQ(
         CallsAfter(Call::CloseDatabase),
@@ -152,68 +179,14 @@ TEST_F(TrialGeometry, DeletesTheHostsExceptionBeforeTheDialogAndAForeignOneBehin
                      Call::ShowInformation, Call::DestroyInformation, Call::RestoreResources, Call::DestroyException}));
 }
 
-TEST_F(TrialGeometry, ReportsTheClassOfAnEmptyPointer)
-{
-    const struct
-    {
-        size_t place;
-        const char* pClass;
-    } rows[] = {{0, "CNOI_BasisLine2D"},  {1, "CNOI_GeoLine2D"},   {2, "CNOI_GeoPoint2D"}, {4, "CNOI_GeoPoint2D"},
-                {7, "CNOI_CommonStyle"},  {9, "CNOI_CommonStyle"}, {10, "CNOI_ColorARGB"}, {12, "CNOI_CommonStyle"},
-                {14, "CNOI_CommonStyle"}, {16, "CNOI_CommonStyle"}};
-    for (const auto& row : rows)
-    {
-        SCOPED_TRACE(row.place);
-        StartAgain();
-        FailInTheSeventhLine(row.place, Failure::EmptyResult);
-        MakeTrialLines(m_lines);
-        EXPECT_EQ(Report().rfind(std::string("Null reference: ") + row.pClass + "\nSource: NOI_SmartPtr.h(", 0), 0u);
-        EXPECT_EQ(m_lines.size(), 6u);
-        EXPECT_EQ(CountCalls(Call::CloseDatabase), 1);
-    }
-}
-
-TEST_F(TrialGeometry, ClosesWhatDidNotOpen)
-{
-    HostControl::FailAt(Call::OpenActiveDatabase, Failure::ComError);
-    MakeTrialLines(m_lines);
-    EXPECT_EQ(Report(), failures[2].pReport);
-    EXPECT_EQ(CountCalls(Call::CloseDatabase), 1);
-    StartAgain();
-    HostControl::FailAt(Call::OpenActiveDatabase, Failure::EmptyResult);
-    MakeTrialLines(m_lines);
-    EXPECT_EQ(Report().rfind("Null reference: CNOI_IDatabase\n", 0), 0u);
-    EXPECT_EQ(CountCalls(Call::CloseDatabase), 1);
-    EXPECT_TRUE(m_lines.empty());
-}
-
-// Closing is tried once, on either path; on the failure path its exception takes the place of the first.
-TEST_F(TrialGeometry, ReportsAFailureOfClosing)
-{
-    for (const auto& [failure, pReport] : failures)
-        for (const auto first :
-             {Failure::EmptyResult, Failure::AppException, Failure::MfcException, Failure::StdException})
-        {
-            SCOPED_TRACE(testing::Message() << pReport << " behind failure " << static_cast<int>(first));
-            StartAgain();
-            HostControl::FailAt(Call::AddObject, first, 7); // EmptyResult: no failure at this call
-            HostControl::FailAt(Call::CloseDatabase, failure);
-            MakeTrialLines(m_lines);
-            EXPECT_EQ(Report(), pReport);
-            EXPECT_EQ(m_lines.size(), first == Failure::EmptyResult ? 10u : 6u);
-            EXPECT_EQ(CountCalls(Call::CloseDatabase), 1);
-            EXPECT_EQ(HostControl::CountLiveExceptions(), 0);
-        }
-}
-
-TEST_F(TrialGeometry, LetsOutOnlyAFailureOfTheReport)
+TEST_F(TrialGeometry, ThrowsOnlyAFailureOfTheReport)
 {
     for (const auto call : {Call::PrintReport, Call::UseResources, Call::CreateInformation, Call::ShowInformation})
-        for (const auto& [failure, pReport] : failures)
+        for (const auto& [failure, report] : failures)
         {
             StartAgain();
             HostControl::FailAt(Call::AddObject, failure);
             HostControl::FailAt(call, Failure::StdException);
-            EXPECT_THROW(MakeTrialLines(m_lines), std::runtime_error) << pReport;
+            EXPECT_THROW(MakeTrialLines(m_lines), std::runtime_error) << report;
         }
 }

@@ -12,9 +12,9 @@ using testing::PrintToString;
 
 namespace
 {
-constexpr size_t s_fill = 4096; // bytes that a reader takes at a time, behind the mark
+constexpr size_t s_fill = 4096; // bytes per read, after the mark
 
-/// A record over a file of these bytes, and the line that its reader is given.
+/// An open TextFile with these bytes, and the line block for its reader.
 struct CTestRecord
 {
     explicit CTestRecord(const std::string& bytes) : onDisk(bytes)
@@ -34,7 +34,7 @@ struct CTestRecord
     WCHAR* pLine = nullptr;
 };
 
-/// Every line with a '|' behind it.
+/// Every line, each followed by '|'.
 WString LinesOf(CTestRecord& record)
 {
     WString lines;
@@ -56,8 +56,8 @@ std::string Encode(eEncoding encoding, const std::string& ascii)
     return bytes;
 }
 
-/// What LinesOf should give: a line ends at LF, and of each piece of it, which ends with its fill too, one CR at the
-/// end is dropped.
+/// The expected result of LinesOf. A line ends at LF; a read buffer's end splits it into pieces, and each piece loses
+/// one CR at its end.
 WString PlainLines(const std::string& text, size_t fillUnits)
 {
     WString lines;
@@ -77,8 +77,8 @@ WString SystemText(DWORD code)
 }
 } // namespace
 
-// Every short text of letters, CR and LF, at the start of a fill and across its end.
-TEST(TextFile, EndsLinesAlikeInEveryEncoding)
+// Every short text of letters, CR and LF, at the start of a read buffer and across its end.
+TEST(TextFile, EndsLinesTheSameWayInEveryEncoding)
 {
     const std::pair<eEncoding, size_t> fills[] = {{eEncodingANSI, s_fill},
                                                   {eEncodingUTF16LE, s_fill / 2},
@@ -97,7 +97,7 @@ TEST(TextFile, EndsLinesAlikeInEveryEncoding)
             }
 }
 
-TEST(TextFile, KnowsTheEncodingByItsMarkAndReadsWhatItSays)
+TEST(TextFile, DetectsTheEncodingByItsMarkAndDecodesIt)
 {
     const std::tuple<std::string, eEncoding, WString> rows[] = {
         {"", eEncodingAuto, TEXT("")},
@@ -109,7 +109,7 @@ TEST(TextFile, KnowsTheEncodingByItsMarkAndReadsWhatItSays)
         {"\xFF\xFE\0\0A\0"s, eEncodingUTF16LE, TEXT("|")}, // not UTF-32
         {"\xFF\xFE\x00\x0A\x0A\x0D\x0A\x00\x3D\xD8\x00\xDE"s, eEncodingUTF16LE, TEXT("\u0A00\u0D0A|\xD83D\xDE00|")},
         {"\xFE\xFF\x0A\x00\x0D\x0A\x00\x0A\xD8\x3D\x20\xAC"s, eEncodingUTF16BE, TEXT("\u0A00\u0D0A|\xD83D\u20AC|")},
-        {"\xFF\xFE\x41", eEncodingUTF16LE, TEXT("")}, // a lone last byte is as if it were not there
+        {"\xFF\xFE\x41", eEncodingUTF16LE, TEXT("")}, // a lone last byte is dropped
         {"\xFE\xFF\x00\x41\x00"s, eEncodingUTF16BE, TEXT("A|")},
         {"\xFF\xFE\x41\x00\x0A\x00\x0A"s, eEncodingUTF16LE, TEXT("A|")},
         {"\xEF\xBB\xBF\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", eEncodingUTF8,
@@ -165,8 +165,8 @@ TEST(TextFile, LineBlocksGrowInStepsAndStay)
     }
 }
 
-// The handle is closed behind the reader's back, and then leads to a file again.
-TEST(TextFile, HandsOutWhatItHasWhenAReadFails)
+// The test closes the reader's handle, then opens the file again under the same handle.
+TEST(TextFile, ReturnsThePartialLineWhenAReadFails)
 {
     CTestRecord record(Encode(eEncodingUTF16LE, "a\n" + std::string(s_fill, 'x')));
     const TextFile& file = record.file;
@@ -182,7 +182,7 @@ TEST(TextFile, HandsOutWhatItHasWhenAReadFails)
     EXPECT_EQ(file.reader->ReadChar(), -2);
     EXPECT_EQ(ReadMarkByte(file.fileName, file.fileHandle), -2);
 
-    // The lowest free handle is given out.
+    // The system gives out the lowest free handle.
     ASSERT_EQ(::CreateFileW(file.fileName, GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr),
               file.fileHandle);
     EXPECT_EQ(record.ReadLine(), 0) << "a later read goes on";

@@ -2,8 +2,6 @@
 
 #include "platform/win32/win32.h"
 
-#include <psapi.h>
-
 size_t HeapBytesInUse()
 {
     HANDLE heaps[64];
@@ -17,11 +15,4 @@ size_t HeapBytesInUse()
                 bytes += entry.cbData;
     }
     return bytes;
-}
-
-size_t ResidentBytes()
-{
-    PROCESS_MEMORY_COUNTERS counters{};
-    ::GetProcessMemoryInfo(::GetCurrentProcess(), &counters, sizeof counters);
-    return counters.WorkingSetSize;
 }

@@ -1,4 +1,4 @@
-// The command of the DLL, run over and over: handles and heap must come back to their level.
+// The command of the DLL, run again and again: handles and heap must return to their level.
 #include "commands/CommandManager.h"
 #include "platform/host/CoordinateInput.h"
 #include "platform/host/HostControl.h"
@@ -11,13 +11,13 @@
 
 namespace
 {
-/// Wine counts nobody's handles. So a kind's table is filled up: behind its free places numbers rise by one, and the
-/// highest tells how many were taken before.
+/// Wine does not count handles. So this fills the table of one kind of handle: after its free slots, numbers rise by
+/// one, and the highest tells how many handles existed before.
 template <class Make, class Destroy>
 long CountHandles(Make make, Destroy destroy, unsigned step)
 {
     static long s_fill = 3000;
-    s_fill += 100; // more than there are free places, those that the last count has left among them
+    s_fill += 100; // more than the free slots, including those that the last count left
     std::vector<decltype(make())> handles(static_cast<size_t>(s_fill));
     long highest = 0;
     for (auto& handle : handles)
@@ -52,7 +52,7 @@ void RunOnce(int run, const boost::shared_ptr<CRecordingHandler>& pHandler)
     pManager->ProcessMouseMsg(WM_MOUSEMOVE, {}, nullptr, &s_input);
     const HWND dialog = ::FindWindowW(nullptr, TEXT("Define projection/intersection"));
     ASSERT_TRUE(::IsWindowVisible(dialog));
-    const int buttons[] = {IDOK, IDCANCEL, 0}; // the last: mere completion
+    const int buttons[] = {IDOK, IDCANCEL, 0}; // 0: no button, only CompleteCommand
     ::SendDlgItemMessageW(dialog, buttons[run % 3], BM_CLICK, 0, 0);
     ASSERT_EQ(::IsWindowVisible(dialog), run % 3 == 2);
     MSG message;
@@ -75,7 +75,7 @@ TEST(Endurance, TwoThousandRunsOfTheCommand)
     VLT::CConfigurationStorage::Instance()->RegisterHandler(pHandler);
     for (int run = 0; run < WarmUp && !HasFatalFailure(); ++run)
         RunOnce(run, pHandler);
-    CLevel(); // what the counting itself needs once
+    CLevel(); // lets the counting itself allocate what it needs once
     const CLevel before;
     Print("before", before);
     const HMENU menu = ::CreateMenu();
