@@ -38,7 +38,7 @@ private:
     void MakeTexts();
     void MakeDeep();
 
-    /// ASCII that can be printed.
+    /// Printable ASCII.
     std::string RandomText(int length);
     void AddAttribute(std::string_view name, std::string_view value);
     void AddStored(std::string_view name, std::string_view text);
@@ -96,7 +96,7 @@ void CGenerator::AddStored(std::string_view name, std::string_view text)
     AddAttribute(name, Base64EncodeBytes(text.data(), static_cast<uint32_t>(text.size())));
 }
 
-/// One that the jobs read.
+/// An attribute that the jobs read, in base64.
 void CGenerator::AddCounted(std::string_view name, std::string_view text)
 {
     AddStored(name, text);

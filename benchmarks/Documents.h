@@ -1,12 +1,12 @@
 #pragma once
-/// The documents that every contestant reads, from a seeded generator: the same ones in every run.
+/// The documents that every contestant reads. A seeded generator makes the same ones in every run.
 #include "platform/text.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-/// What a reader has to find in many values together.
+/// Totals over many values, by which a reader's result is checked.
 struct ValueTotals
 {
     int64_t values = 0;
@@ -25,14 +25,14 @@ struct ValueTotals
     bool operator==(const ValueTotals&) const = default;
 };
 
-/// ASCII, with what a correct reader finds in it.
+/// An ASCII document, with what a correct reader finds in it.
 struct BenchDocument
 {
     std::string name; ///< "A" to "E"
     WString text;
     std::string narrowText; ///< the same in bytes
     int64_t elements = 0;
-    std::string childName; ///< of the root's children; empty if the document is no job for attributes
+    std::string childName; ///< of the root's children; empty if no job reads attributes of the document
     std::string firstAttribute;
     std::string secondAttribute;
     ValueTotals attributes;                  ///< of these two attributes of all of the root's children
@@ -51,7 +51,7 @@ struct BenchDocument
 /// E  elements 10,000 levels deep, again and again
 constexpr const char* BenchDocumentKinds = "ABCDE";
 
-/// A document of that kind with about that many characters. Well-formed.
+/// A well-formed document of that kind with about that many characters.
 BenchDocument MakeBenchDocument(char kind, int64_t characters);
 
 /// A storage (A) or a registry (B) with that many children; the texts of the storage's records have 200 bytes each.

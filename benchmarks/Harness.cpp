@@ -111,6 +111,13 @@ std::string TimeText(double seconds)
     return text;
 }
 
+std::string RatioText(double ratio)
+{
+    char text[32];
+    std::snprintf(text, sizeof text, "%.2fx", ratio);
+    return text;
+}
+
 double Rate(int64_t work, double seconds)
 {
     return static_cast<double>(work) / seconds / 1e6;
@@ -157,7 +164,7 @@ void CReport::AddRace(const std::string& title, int64_t work, const std::vector<
     {
         if (!standing.isCorrect)
         {
-            // A peer may have its limits, such as a greatest depth. Ours may not.
+            // A peer may have limits, such as a greatest depth. Ours may not.
             std::printf("  %-46s %-12s %10s\n", standing.name.c_str(), NameOf(standing.role), "no result");
             m_hasFaults |= standing.role == Role::Ours || standing.role == Role::OursToo;
             continue;
@@ -177,9 +184,9 @@ void CReport::AddRace(const std::string& title, int64_t work, const std::vector<
         m_records.push_back(record.str());
     }
     if (pBest != nullptr)
-        m_summaries.push_back({title, pBest->name, pBest->ratio, goal});
+        m_summaries.push_back({title, standings[0].seconds, pBest->name, pBest->seconds, pBest->ratio, goal});
     if (pLimit != nullptr && limitGoal > 0)
-        m_summaries.push_back({title, pLimit->name, pLimit->ratio, limitGoal});
+        m_summaries.push_back({title, standings[0].seconds, pLimit->name, pLimit->seconds, pLimit->ratio, limitGoal});
     std::fflush(stdout);
 }
 
@@ -225,14 +232,16 @@ void CReport::PrintSummary() const
 {
     if (m_summaries.empty())
         return;
-    std::printf("\nOurs against the best peer and the limit\n  %-42s %-46s %8s %8s\n", "race", "against", "ratio",
-                "goal");
+    std::printf("\nOurs against the best peer and the limit\n\n| %-42s | %9s | %-46s | %9s | %7s | %13s |\n", "job",
+                "ours", "against", "its time", "ratio", "goal");
+    std::printf("|---|---|---|---|---|---|\n");
     for (const Summary& summary : m_summaries)
     {
-        std::printf("  %-42s %-46s %7.2fx", summary.title.c_str(), summary.rival.c_str(), summary.ratio);
-        if (summary.goal > 0)
-            std::printf(" %7.2fx%s", summary.goal, summary.ratio >= summary.goal ? "" : "  missed");
-        std::printf("\n");
+        std::string goal = summary.goal > 0 ? RatioText(summary.goal) : "";
+        goal += summary.ratio < summary.goal ? ", missed" : "";
+        std::printf("| %-42s | %9s | %-46s | %9s | %7s | %13s |\n", summary.title.c_str(),
+                    TimeText(summary.seconds).c_str(), summary.rival.c_str(), TimeText(summary.rivalSeconds).c_str(),
+                    RatioText(summary.ratio).c_str(), goal.c_str());
     }
 }
 

@@ -1,7 +1,7 @@
 #pragma once
-/// Measures contestants of one job side by side. All run in one process and in turn, for several rounds, each round in
-/// another order, so that what disturbs the machine for a while disturbs them alike. What counts is the ratio within a
-/// round, and of these the median.
+/// Measures the contestants of one job against each other. All run in one process, in turn, for several rounds, each
+/// round in another order, so that a disturbance of the machine hits them alike. The result is the median over the
+/// rounds of the ratio within a round.
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -10,10 +10,10 @@
 enum class Role
 {
     Ours,
-    OursToo, ///< another way into the module, for comparison
+    OursToo, ///< another entry point of the module, for comparison
     Peer,
-    NoDocument, ///< a library that leaves nothing to walk: shown, but no peer
-    Limit,      ///< what the machine can do at best
+    NoDocument, ///< leaves no document to walk: shown, but not counted as a peer
+    Limit,      ///< an upper bound that the machine sets
 };
 
 /// One way to do a job.
@@ -23,11 +23,11 @@ public:
     virtual ~IContestant() = default;
     virtual std::string GetName() const = 0;
     virtual Role GetRole() const = 0;
-    /// Before each run; not timed.
+    /// Called before each run.
     virtual void Prepare() {}
-    /// The job; timed.
+    /// The job. Drops what an earlier run made.
     virtual void Run() = 0;
-    /// Behind each run: drops what the run made and says whether it was right. Not timed.
+    /// Checks the last run's result and drops it. Not timed. False: the result was wrong.
     virtual bool Finish() = 0;
 };
 
@@ -36,9 +36,9 @@ using Contestants = std::vector<std::unique_ptr<IContestant>>;
 struct BenchOptions
 {
     bool quick = false;
-    std::string filter; ///< a part of "JOB DOCUMENT SIZE"; empty: everything
+    std::string filter; ///< a part of a title; empty: everything
     int rounds = 7;
-    double turnSeconds = 0.1; ///< how long a contestant runs in a round, at least
+    double turnSeconds = 0.1; ///< the least time that a contestant runs in a round
     std::vector<int64_t> sizes{1000000, 64000000};
     std::string jsonPath;
 };
@@ -49,8 +49,8 @@ struct Standing
     std::string name;
     Role role = Role::Peer;
     double seconds = 0;     ///< of one run: the fastest turn of all
-    double ratio = 0;       ///< how many times as fast ours was in the same round, in the median; 1 for ours
-    bool isCorrect = false; ///< every single run gave what it should
+    double ratio = 0;       ///< its time divided by ours, the median over the rounds; 1 for ours
+    bool isCorrect = false; ///< after every run
 };
 
 /// How the runs of a race are timed.
@@ -63,32 +63,32 @@ struct Timing
     bool isCold = false;
 };
 
-/// Runs the contestants, of which the first is ours. A contestant that gave a wrong result leaves the race.
+/// Runs the contestants, the first of which is ours. A contestant that gave a wrong result leaves the race.
 std::vector<Standing> Compete(const Contestants& contestants, const BenchOptions& options, Timing timing = {});
 
-/// What a parsed document takes.
+/// The memory of a parsed document.
 struct Footprint
 {
     std::string name;
     Role role;
     int64_t bytes;
-    int64_t allowed; ///< of ours; 0: no limit
+    int64_t allowed; ///< 0: no limit
 };
 
 /// Prints the tables and collects them for the JSON file.
 class CReport
 {
 public:
-    /// A race over work characters; goal: the ratio to the best peer to be reached, limitGoal: that to the last
-    /// contestant of Role::Limit; 0 for none.
+    /// work: characters of one run. goal: the wanted ratio to the best peer. limitGoal: the wanted ratio to the last
+    /// contestant of Role::Limit. 0 for either: none.
     void AddRace(const std::string& title, int64_t work, const std::vector<Standing>& standings, double goal,
                  double limitGoal);
     void AddMemory(const std::string& title, int64_t elements, const std::vector<Footprint>& footprints);
-    /// Of ours with one input and with ones of twice the size each, the smallest first; greatest: of the growth of the
-    /// time from one to the next, in the median.
+    /// The standings of ours with inputs of which each is twice as long as the one before. greatest: the limit for the
+    /// median growth of the time.
     void AddDoubling(const std::string& title, const std::vector<Standing>& standings, double greatest);
 
-    /// Best peers, ratios and goals of all races, in one table.
+    /// One table of all races, in Markdown: best peer, ratio, goal.
     void PrintSummary() const;
     /// Throws std::runtime_error if the file cannot be written.
     void WriteJson(const std::string& path) const;
@@ -98,9 +98,11 @@ private:
     struct Summary
     {
         std::string title;
+        double seconds;
         std::string rival;
+        double rivalSeconds;
         double ratio;
-        double goal;
+        double goal; ///< 0: none
     };
 
     std::vector<std::string> m_records; ///< JSON objects

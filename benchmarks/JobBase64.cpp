@@ -10,7 +10,7 @@ namespace
 constexpr size_t ValueBytes = 4096;
 constexpr size_t CodedBytes = (ValueBytes + 2) / 3 * 4;
 
-/// The document's text in pieces of 4 KB, and each as a value.
+/// The document's text in pieces of 4 KB, and the base64 value of each.
 class CValues
 {
 public:
@@ -33,7 +33,7 @@ public:
 };
 using ValuesPointer = std::shared_ptr<const CValues>;
 
-/// A pass over all of them with the totals of what comes out.
+/// Codes all of them and adds up the results.
 template <typename Coder>
 class CCodeValues : public IContestant
 {

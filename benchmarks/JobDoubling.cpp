@@ -19,11 +19,11 @@ WString Repeated(const WString& text, int64_t count)
     return repeated;
 }
 
-/// A text of which the parse should cost no more for a unit when it is twice as long.
+/// A text whose parse should cost no more per unit when the text is twice as long.
 struct GrowingText
 {
     std::string name;
-    int64_t count; ///< what the name says, for the last but one of the texts
+    int64_t count; ///< of the last text but one
     bool isWellFormed;
     std::function<WString(int64_t count)> make;
     bool readsChildren = false; ///< their attribute "a" too
@@ -111,11 +111,11 @@ private:
 
 void RunDoublingJob(const BenchOptions& options, CReport& report)
 {
-    std::printf("\nGrowth of the time when the text doubles, median and steps; ! is beyond what is wanted\n");
+    std::printf("\nGrowth of the time when the text doubles, median and steps; ! marks growth beyond the limit\n");
     constexpr int64_t smallest = 125000;
-    const int sizeCount = options.quick ? 6 : 9; // up to 4 or 32 MB, so that no step between caches is the median
+    const int sizeCount = options.quick ? 6 : 9; // enough that no step from one cache to the next is the median
     std::vector<Job> jobs = AllJobs();
-    jobs.push_back({"loads of the text", 'D', MakeLoadLimit}); // which shows the caches alone
+    jobs.push_back({"loads of the text", 'D', MakeLoadLimit}); // shows the steps between caches
     for (const Job& job : jobs)
     {
         const std::string title = std::string("doubling ") + job.name + " " + job.document;

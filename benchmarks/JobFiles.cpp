@@ -20,7 +20,7 @@ struct CConverterCloser
     void operator()(UConverter* pConverter) const { ucnv_close(pConverter); }
 };
 
-/// With an ICU converter or with ICU's direct functions.
+/// ICU's direct functions or an ICU converter.
 enum class Way
 {
     Direct,
@@ -60,7 +60,7 @@ private:
     CString m_text;
 };
 
-/// One read, one conversion: no unit comes of less than a byte, so nothing is counted ahead.
+/// One read, one conversion. Each unit comes from at least one byte, so the units need not be counted first.
 class CIcuReadFile : public CReadFile
 {
 public:
@@ -126,7 +126,7 @@ private:
     CString m_text;
 };
 
-/// One conversion, one write: no unit gives more than three bytes, so nothing is counted ahead.
+/// One conversion, one write. A unit gives at most three bytes, so the bytes need not be counted first.
 class CIcuWriteFile : public CWriteFile
 {
 public:

@@ -13,9 +13,9 @@ int64_t UsedMemory()
     return static_cast<int64_t>(info.uordblks + info.hblkhd);
 }
 
-/// What a document may take at most: a record for each element and one for the document, with as much spare as the
-/// growth by a half leaves or the first reservation takes, which ends with the second segment, and what the allocator
-/// and the table of segments add; with SetText a copy of the text, too.
+/// The most that a document may take: a record for each element and one for the document, the spare records of growth
+/// by a half or of the first reservation (two segments at most), some bytes for the allocator and the table of
+/// segments, and with SetText the copy of the text.
 int64_t AllowedMemory(const BenchDocument& document, Role role)
 {
     if (role != Role::Ours && role != Role::OursToo)

@@ -17,7 +17,7 @@ ValueTotals TotalsOf(VLT::CStorage& storage)
     return totals;
 }
 
-/// An operation that fills the storage from the document.
+/// Fills a storage from the document.
 class CFillStorage : public IContestant
 {
 public:
@@ -89,7 +89,7 @@ private:
     StoredRecords m_records;
 };
 
-/// The document's own text is what is written.
+/// Must write the document's text again.
 class CWriteStorage : public IContestant
 {
 public:
@@ -127,7 +127,7 @@ private:
     CTemporaryFile m_file;
 };
 
-/// memcpy of the result into memory of its own, as GetXML gives it.
+/// memcpy of the result into newly allocated memory.
 class CCopyResult : public IContestant
 {
 public:

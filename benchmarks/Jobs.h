@@ -1,5 +1,5 @@
 #pragma once
-/// The jobs of the benchmark, in one table, and what is done with them.
+/// The jobs of the benchmark, and the ways to run them.
 #include "benchmarks/Documents.h"
 #include "benchmarks/Harness.h"
 
@@ -11,40 +11,43 @@
 struct Job
 {
     std::string name;
-    char document; ///< the kind
-    /// Ours first. The document outlives them.
+    char document; ///< its kind
+    /// Ours first. The document must outlive them.
     std::function<Contestants(const BenchDocument&)> make;
-    double goal = 0;      ///< against the best peer, below 10 million characters; 0: none
-    double largeGoal = 0; ///< and above
-    double limitGoal = 0; ///< against the last of Role::Limit, below 10 million characters
+    // Wanted ratios, 0 for none: to the best peer and to the last contestant of Role::Limit. Large: from 10 million
+    // characters on.
+    double goal = 0;
+    double largeGoal = 0;
+    double limitGoal = 0;
     double largeLimitGoal = 0;
 
     std::string GetTitle(int64_t size) const;
 };
 
-/// From a text to a document that can be walked; the same and a string of each of two attributes of all children.
+/// Parsing a text, and parsing it and reading two attributes of every child of the root.
 std::vector<Job> XmlJobs();
-/// The contestants of the parse, ours first. The document outlives them.
+/// The contestants for parsing, ours first. The document must outlive them.
 Contestants MakeParse(const BenchDocument& document);
-/// Whole operations of storage and registry.
+/// Reading, writing, loading and saving a storage, and reading a registry.
 std::vector<Job> StorageJobs();
-/// Values of 4 KB, to base64 and back.
+/// Encoding and decoding values of 4 KB.
 std::vector<Job> Base64Jobs();
-/// A text to a file in UTF-8 and back.
+/// Reading and writing a text file in UTF-8.
 std::vector<Job> FileJobs();
-/// All of these.
 std::vector<Job> AllJobs();
 
-// Each prints its tables through the report, and leaves out what the filter leaves out.
+// Each of these adds the tables that the filter selects to the report.
 
 /// Documents of a few hundred characters, warm and cold.
 void RunSmallRaces(const BenchOptions& options, CReport& report);
-/// Every job at every size, all contestants side by side.
+/// String tables: loading them in each encoding, and looking texts up.
+void RunStringRaces(const BenchOptions& options, CReport& report);
+/// Every job at every size.
 void RunRaces(const BenchOptions& options, CReport& report);
-/// What a parsed document takes of memory.
+/// The memory of a parsed document.
 void RunMemoryJob(const BenchOptions& options, CReport& report);
-/// How the time of ours grows when the input doubles, for every job and for hostile texts.
+/// The growth of our time when the input doubles, for every job and for hostile texts.
 void RunDoublingJob(const BenchOptions& options, CReport& report);
 
-/// Whether that part of the work was asked for.
+/// Whether the filter selects that title.
 bool IsSelected(const BenchOptions& options, const std::string& title);

@@ -24,7 +24,7 @@ private:
     WString m_copy;
 };
 
-/// Reads the text and does next to nothing with it: what the caches, or the memory, give.
+/// Reads the text and does next to nothing with it: the bandwidth of caches or memory.
 class CLoadLimit : public IContestant
 {
 public:

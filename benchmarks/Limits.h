@@ -1,11 +1,11 @@
 #pragma once
-/// What the machine can do with a text at best: passes over it that any reader of 16-bit text has to make, or nearly.
+/// Upper bounds for a reader of 16-bit text: the simplest passes over the text.
 #include "benchmarks/Documents.h"
 #include "benchmarks/Harness.h"
 
 // The document must outlive them.
 
-/// memcpy of the text, its loads alone, and a pass with SSE2 that stores the position of every < > and ".
+/// memcpy of the text, loads without further work, and an SSE2 pass that stores the position of every < > and ".
 Contestants MakeLimits(const BenchDocument& document);
-/// The loads alone.
+/// Only the loads.
 Contestants MakeLoadLimit(const BenchDocument& document);

@@ -1,5 +1,5 @@
 #pragma once
-/// What the peers make of a large storage: the same two 16-bit strings of each record that CStorage keeps.
+/// The peers' result for a large storage: the two 16-bit strings of each record.
 #include "benchmarks/Decoders.h"
 
 #include <string>

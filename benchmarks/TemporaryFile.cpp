@@ -6,7 +6,7 @@
 
 CTemporaryFile::CTemporaryFile()
 {
-    // In memory where that can be had: what a disk does meanwhile is nobody's merit.
+    // In memory if possible, so that no disk is measured.
     const char* const pFolder = std::filesystem::exists("/dev/shm") ? "/dev/shm" : "/tmp";
     m_path = std::string(pFolder) + "/bench-XXXXXX";
     const int descriptor = mkstemp(m_path.data());

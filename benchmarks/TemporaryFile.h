@@ -1,5 +1,5 @@
 #pragma once
-/// A file of the benchmark's own, which goes with the object.
+/// A temporary file, removed with the object.
 #include "platform/text.h"
 
 #include <filesystem>
@@ -16,7 +16,7 @@ public:
     const std::string& GetNativePath() const { return m_path; }
     const WCHAR* GetPath() const { return m_widePath.c_str(); }
     void Write(const std::string& bytes) const;
-    /// The file's bytes; the file is gone then.
+    /// Returns the file's bytes and removes the file.
     std::string TakeContent() const;
 
 private:

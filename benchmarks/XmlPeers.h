@@ -1,5 +1,5 @@
 #pragma once
-/// Readers of XML under one interface, so that each job is written once.
+/// XML readers under one interface, so that each job is written once.
 #include "benchmarks/Documents.h"
 #include "benchmarks/Harness.h"
 #include "benchmarks/StoredRecords.h"
@@ -7,24 +7,23 @@
 #include <memory>
 #include <vector>
 
-/// One reader with one document. The document given at construction must outlive it; the reader keeps it in whatever
-/// form it reads.
+/// One reader with one document, kept in the form that the reader takes. The document given at construction must
+/// outlive the reader.
 class IXmlReader
 {
 public:
     virtual ~IXmlReader() = default;
     virtual std::string GetName() const = 0;
     virtual Role GetRole() const = 0;
-    /// Puts back a text that the last parse has written into.
+    /// Restores a text that the last parse has written into.
     virtual void Restore() {}
-    /// From the text in place to a document that can be walked. False: refused.
+    /// Makes a document that can be walked, and drops an earlier one. False: the reader refuses the text.
     virtual bool Parse() = 0;
-    /// Of the parsed document, the root included.
+    /// Includes the root.
     virtual int64_t CountElements() = 0;
-    /// Goes over all children of the root and makes a string of each of two attributes of each. Readers without a
-    /// document give empty totals.
+    /// Makes a string of the two attributes of every child of the root. Readers without a document give empty totals.
     virtual ValueTotals ReadAttributes() = 0;
-    /// The same attributes of the same children, decoded from base64. Only of the readers that are measured by it.
+    /// The same attributes decoded from base64. Empty for the readers that no job measures with it.
     virtual StoredRecords ReadRecords() { return {}; }
     /// Drops the parsed document.
     virtual void Discard() = 0;

@@ -13,20 +13,23 @@ namespace
 {
 constexpr const char* s_usage =
     "usage: bench [OPTION...]\n"
-    "Measures the module beside other libraries in one run and prints a table for each job, document and size.\n"
+    "Measures the module against other libraries in one run and prints a table for each job, document and size.\n"
     "Small documents, warm and cold, with 1 to 300 definitions or records of 200 bytes:\n"
     "  small document made and dropped, small parse, small attributes, small read registry, small write registry,\n"
     "  small read storage, small write storage; peers give the same objects and the same text\n"
+    "String tables of 100,000 texts:\n"
+    "  strings load           CUIStrings::LoadFile in each encoding, against ICU's reader of text files with a map\n"
+    "  strings load and read all, strings look up        against gettext and an ICU resource bundle\n"
     "Jobs, with the documents that they are for:\n"
     "  parse A..E             from a text in memory to a document that can be walked\n"
     "  attributes A, B        the same, and a string of each of two attributes of all children\n"
     "  read storage A         CStorage::ParseXML; peers give the same strings with OpenSSL's decoding\n"
-    "  write storage A        CStorage::GetXML, beside memcpy of the result\n"
-    "  load storage A, save storage A, read registry B   ours alone\n"
+    "  write storage A        CStorage::GetXML, against memcpy of the result\n"
+    "  load storage A, save storage A, read registry B   only ours\n"
     "  encode 4 KB values D, decode 4 KB values D        EncodeTextValue, DecodeTextValue; peers code bytes\n"
     "  read file D, write file D                         ReadTextFile, WriteTextFile; peers convert with ICU\n"
-    "  memory A..E            what a parsed document takes\n"
-    "  doubling JOB           growth of the time of ours from 125 kB to 32 MB in eight steps, for each job\n"
+    "  memory A..E            memory of a parsed document\n"
+    "  doubling JOB           growth of our time from 125 kB to 32 MB in eight steps, for each job\n"
     "  hostile                the same for hostile texts, in four steps\n"
     "Options:\n"
     "  --quick          1 MB documents, three short rounds\n"
@@ -70,6 +73,7 @@ int RunAll(const BenchOptions& options)
 {
     CReport report;
     RunSmallRaces(options, report);
+    RunStringRaces(options, report);
     RunRaces(options, report);
     RunMemoryJob(options, report);
     RunDoublingJob(options, report);
@@ -98,8 +102,8 @@ int main(int argumentCount, char** ppArguments)
         std::fputs(s_usage, stderr);
         return 2;
     }
-    // What one run gave back the next one gets, of every contestant: fresh pages from the system cost more than most
-    // of what is measured here, and how much differs from one machine to the other.
+    // Keep freed memory in the heap for the next run of any contestant. Fresh pages from the system cost more than
+    // most of what is measured here, and how much they cost differs between machines.
     mallopt(M_MMAP_THRESHOLD, 1 << 30);
     mallopt(M_TRIM_THRESHOLD, INT_MAX);
     mallopt(M_TOP_PAD, 64 << 20);

@@ -1,6 +1,6 @@
 #pragma once
-/// What the fuzz targets share. A target is one LLVMFuzzerTestOneInput; where libFuzzer is not linked in,
-/// ReplayMain.cpp is its program and runs files through it.
+/// Shared by the fuzz targets. A target is one LLVMFuzzerTestOneInput. Without libFuzzer, ReplayMain.cpp is the program
+/// and runs files through the target.
 #include "platform/text.h"
 #include <afxstr.h>
 
@@ -15,7 +15,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t size);
 
-/// Ends the program, which is how a fuzzer learns of a finding, unless the property holds.
+/// Aborts if the property does not hold; the fuzzer reports that as a finding.
 inline void Require(bool holds, const char* pProperty)
 {
     if (holds)
@@ -24,8 +24,8 @@ inline void Require(bool holds, const char* pProperty)
     std::abort();
 }
 
-/// UTF-16LE input as text in a block of exactly its own size, a NUL behind the last unit: a sanitizer sees one unit too
-/// far. An odd last byte is dropped.
+/// UTF-16LE input as text in a block of exactly its size, with a NUL after the last unit, so that a sanitizer sees a
+/// read one unit too far. An odd last byte is dropped.
 class CExactText
 {
 public:
@@ -36,7 +36,7 @@ public:
         m_pUnits[m_length] = 0;
     }
     const WCHAR* Get() const { return m_pUnits.get(); }
-    /// Units, NULs among them included.
+    /// In units, including NULs in the text.
     int GetLength() const { return static_cast<int>(m_length); }
 
 private:
@@ -49,7 +49,7 @@ inline WString Units(const CString& text)
     return WString(text.GetString(), static_cast<size_t>(text.GetLength()));
 }
 
-/// The process's own file, for what is read by path. Stays behind after a finding.
+/// A file of this process for code that reads by path. It is left in place after a finding.
 class CInputFile
 {
 public:

@@ -1,5 +1,5 @@
-// Runs files, and all files of folders, through a fuzz target, each once: the seeds as a test, or a finding.
-// usage: fuzz_TARGET PATH...
+// Runs each given file, and each file of a given folder, through a fuzz target: the seeds as a test, or a finding
+// again. usage: fuzz_TARGET PATH...
 #include "fuzz/Fuzz.h"
 
 #include <iterator>

@@ -1,5 +1,5 @@
-// Input: the bytes of a storage file. What "vltconfig check" finds must agree with what the module reads from the file,
-// and the fault that it names must have its place in the text.
+// Input: the bytes of a storage file. "vltconfig check" must agree with what the module reads from the file, and the
+// fault that it reports must lie inside the text.
 #include "configuration/Storage.h"
 #include "fuzz/Fuzz.h"
 #include "tools/vltconfig/Commands.h"
@@ -59,6 +59,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t size)
     if (!reader.IsFaultless())
         RequirePlace(reader.GetFault(), text);
     const bool asJson = size % 2 == 0;
-    Require((CheckFile(path, asJson) == ExitFine) == reader.IsFaultless(), "the exit code tells of the fault");
+    Require((CheckFile(path, asJson) == ExitFine) == reader.IsFaultless(), "the exit code reports the fault");
     return 0;
 }

@@ -1,5 +1,5 @@
-// Input: bytes, taken as bytes, as UTF-16LE text and as a stored value. What is encoded comes back, and what comes out
-// of any value can be stored again.
+// Input: bytes, taken as bytes, as UTF-16LE text and as a stored value. Decoding gives back what was encoded, and the
+// text decoded from any value can be stored again.
 #include "fuzz/Fuzz.h"
 #include "projection/base64/Base64.h"
 

@@ -47,7 +47,7 @@ const Snippets s_snippets = SplitAtBars(
     TEXT("<a|<a>|<a[|<a id=|</a|</a>|</a=>|<b>|</b>|<|/|>|/>|<1| |=|\"|'|[|]|a|id| id=|x=\"|&|&amp;|&#|;|")
         TEXT("<!--|-->|-|<![CDATA[|]]>|<?|?>|<!D|!|\\|\n|\u00e9|<configuration id=|<projectionDefinition name="));
 
-/// What stands around the repeated parts of the texts that the search goes through in order.
+/// Prefixes and suffixes.
 const std::vector<std::pair<WString, WString>> s_frames = {
     {TEXT(""), TEXT("")},
     {TEXT("<a>"), TEXT("</a>")},

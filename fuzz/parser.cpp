@@ -1,5 +1,5 @@
-// Input: UTF-16LE text. Whatever the text, the table points into it, its links form a tree in document order, and the
-// plain second form of the document, which the tests have, says the same.
+// Input: UTF-16LE text. For any text, the table points into it, its links form a tree in document order, and the plain
+// document of the tests gives the same table, messages, elements and attributes.
 #include "fuzz/Fuzz.h"
 #include "tests/reference/PlainXml.h"
 #include "xml/XmlDocument.h"
@@ -72,12 +72,12 @@ private:
         Require((element.levelAndFlags & UnendedFlag) == 0, "an ended element is not unended");
     }
 
-    /// Walks the links depth first. They hold no loop if each element comes when its index does. Levels are too many
-    /// for recursion.
+    /// Walks the links depth first. If the elements come in the order of their indexes, there is no loop. There can be
+    /// too many levels for recursion.
     void VisitInOrder()
     {
         std::vector<int> open{0};
-        int previous = 0; // sibling in front
+        int previous = 0; // sibling
         int next = m_document.At(0).firstChild;
         for (;;)
         {
@@ -105,7 +105,7 @@ private:
         const XmlElementPosition& parent = m_document.At(open.back());
         Require(element.parent == open.back(), "a child knows its parent");
         const bool isFirst = previous == 0;
-        Require(isFirst || element.prevSibling == previous, "a later sibling knows the one in front");
+        Require(isFirst || element.prevSibling == previous, "a later sibling knows the one before");
         Require(!isFirst || (element.levelAndFlags & FirstChildFlag) != 0, "a first child is marked");
         const int from = isFirst ? parent.start : m_document.At(previous).start + m_document.At(previous).length;
         Require(element.start >= from, "siblings do not overlap");
@@ -156,11 +156,11 @@ void RequireSameTable(const CXmlDocument& document, const CPlainXml& plain)
                 "both forms have the same records");
 }
 
-/// Visits every element with the cursor, as a reader of a document does, and asks for attributes.
+/// Walks the elements with the cursor, as a reader of a document does, and reads attributes.
 void Navigate(CXmlDocument& document, CPlainXml& plain)
 {
     static constexpr const WCHAR* s_names[] = {TEXT("a"), TEXT("id"), TEXT("b="), TEXT("a[1]"), TEXT("")};
-    const int step = document.m_usedPositions / 100 + 1; // keeps many elements from costing their square
+    const int step = document.m_usedPositions / 100 + 1; // or many elements would take quadratic time
     for (int parent = 0; parent < document.m_usedPositions; parent += step)
         for (const WCHAR* pName : s_names)
         {
@@ -197,7 +197,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t size)
 
     const bool isFaultless = document.Parse();
     Require(isFaultless == plain.Parse(), "both forms judge the text alike");
-    Require(isFaultless == document.m_result.IsEmpty(), "a message stands for a fault");
+    Require(isFaultless == document.m_result.IsEmpty(), "there is a message if there is a fault");
     CTableCheck(document, isFaultless).Run();
     RequireSameTable(document, plain);
     Navigate(document, plain);
@@ -206,7 +206,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t size)
     Require(Units(DecodeEntities(text.Get(), half)) == CPlainXml::DecodeEntities(text.Get(), half),
             "both forms decode alike");
 
-    // What held a table before takes the next text as a new object does.
+    // A document that already has a table parses the next text as a new document does.
     CXmlDocument fresh;
     Require(document.SetText(text.Get()) == fresh.SetText(text.Get()) && document.m_result == fresh.m_result &&
                 document.m_usedPositions == fresh.m_usedPositions,

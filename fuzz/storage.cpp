@@ -1,5 +1,5 @@
-// Input: UTF-16LE text, parsed as a storage and as a registry, and cut at its NULs into texts that records are made of.
-// Writing then reading gives the same records.
+// Input: UTF-16LE text, parsed as a storage and as a registry, and cut at its NULs into the texts of records. Writing
+// and reading again gives the same records.
 #include "configuration/Storage.h"
 #include "fuzz/Fuzz.h"
 #include "projection/ProjectionRegistry.h"

@@ -1,6 +1,6 @@
-// Input: a byte that chooses the encoding, one that gives the buffer's size, and the bytes of a file. Read through a
-// small buffer, through that size and through the whole layer with its marks, each line must be what the bytes of its
-// pieces say, and the header of its block true.
+// Input: a byte that chooses the encoding, a byte that chooses the buffer's size, and the bytes of a file. The file is
+// read through a small buffer, through one of that size, and by TextFile with its detection of marks. Each time each
+// line must be what an independent reading of the bytes gives, with a true header in its block.
 #include "fuzz/Fuzz.h"
 #include "uistrings/TextFile.h"
 
@@ -11,9 +11,9 @@
 namespace
 {
 constexpr unsigned s_codePage = 1252;
-constexpr size_t s_ownFill = 4096; // bytes that the layer reads at a time
+constexpr size_t s_textFileFill = 4096; // bytes that TextFile reads at a time
 
-/// A line by its units in file order, and what it should read as.
+/// What a line should read as.
 struct ExpectedLine
 {
     WString text;
@@ -62,7 +62,8 @@ std::vector<WString> CutIntoLines(const std::vector<WString>& fills, WCHAR lineF
     return lines;
 }
 
-/// UTF-8 as the reader takes it: any byte but NUL can be a further byte, and too large a number is the largest.
+/// UTF-8 as the reader takes it: any byte but NUL counts as a continuation byte, and a number that is too large becomes
+/// U+10FFFF.
 WString DecodeTolerantly(const WString& bytes)
 {
     WString text;
@@ -116,7 +117,7 @@ std::vector<ExpectedLine> ExpectedLines(std::string_view bytes, size_t fill, eEn
     return expected;
 }
 
-/// Above ASCII the code page says which unit a byte gives.
+/// Beyond ASCII the unit of a byte depends on the code page and is not compared.
 bool IsSameText(const WString& expected, const WCHAR* pLine, eEncoding encoding)
 {
     if (encoding != eEncodingANSI)
@@ -151,7 +152,7 @@ void CheckLines(TextFileReader& reader, const std::vector<ExpectedLine>& lines, 
         RequireTrueHeader(line.pText, expected.unitsInBlock, capacity);
         capacity = HeaderOfLine(line.pText)->capacity;
     }
-    Require(reader.ReadLine(&line.pText, s_codePage) == -1, "behind the last line is the end");
+    Require(reader.ReadLine(&line.pText, s_codePage) == -1, "after the last line comes the end");
     Require(reader.ReadLine(&line.pText, s_codePage) == -1, "the end is final");
 }
 
@@ -207,9 +208,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* pData, size_t size)
         ~ClosesFile() { Close(); }
     } file;
     Require(file.Open(s_input.GetPath().c_str()) == 0, "the file opens");
-    Require(file.encoding == EncodingOf(bytes), "the mark tells the encoding");
-    const std::string_view behindMark = bytes.substr(MarkLength(file.encoding));
-    CheckLines(*file.reader, ExpectedLines(behindMark, s_ownFill, file.encoding), file.encoding);
+    Require(file.encoding == EncodingOf(bytes), "the mark gives the encoding");
+    const std::string_view afterMark = bytes.substr(MarkLength(file.encoding));
+    CheckLines(*file.reader, ExpectedLines(afterMark, s_textFileFill, file.encoding), file.encoding);
 
     for (const int fill : {1 + pData[1] % 7, 8 + pData[1] * 5})
     {

@@ -9,7 +9,7 @@ declare -A packages=(
     [windows]="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine xvfb xauth cmake ninja-build libboost-dev nlohmann-json3-dev googletest"
     [coverage]="gcovr"
     [checks]="clang-format-14 clang-tidy-14 cppcheck"
-    [bench]="libpugixml-dev librapidxml-dev libtinyxml2-dev libxml2-dev libexpat1-dev libssl-dev libglib2.0-dev libmodpbase64-dev libicu-dev pkg-config"
+    [bench]="libpugixml-dev librapidxml-dev libtinyxml2-dev libxml2-dev libexpat1-dev libssl-dev libglib2.0-dev libmodpbase64-dev libicu-dev icu-devtools gettext pkg-config"
     [reference]="doxygen"
     [fuzz]="clang-14 libclang-rt-14-dev"
 )
