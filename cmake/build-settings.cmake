@@ -24,13 +24,13 @@ endif()
 
 # Header-only libraries. The cross build must not see the system's own headers that stand beside them.
 add_library(boost_headers INTERFACE)
-add_library(json_headers INTERFACE)
+add_library(cli_headers INTERFACE)
 if(WIN32)
     file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/headers)
     file(CREATE_LINK /usr/include/boost ${PROJECT_BINARY_DIR}/headers/boost SYMBOLIC)
-    file(CREATE_LINK /usr/include/nlohmann ${PROJECT_BINARY_DIR}/headers/nlohmann SYMBOLIC)
+    file(CREATE_LINK /usr/include/CLI ${PROJECT_BINARY_DIR}/headers/CLI SYMBOLIC)
     target_include_directories(boost_headers SYSTEM INTERFACE ${PROJECT_BINARY_DIR}/headers)
-    target_include_directories(json_headers SYSTEM INTERFACE ${PROJECT_BINARY_DIR}/headers)
+    target_include_directories(cli_headers SYSTEM INTERFACE ${PROJECT_BINARY_DIR}/headers)
 
     target_compile_definitions(veltrano_settings INTERFACE UNICODE _UNICODE _WIN32_WINNT=0x0601)
     file(MAKE_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})

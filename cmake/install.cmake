@@ -72,7 +72,10 @@ install(TARGETS ${libraries}
 if(TARGET vltconfig)
     set_target_properties(vltconfig PROPERTIES INSTALL_RPATH $ORIGIN/../lib)
     install(TARGETS vltconfig RUNTIME DESTINATION bin COMPONENT tools)
-    install_licence(/usr/share/doc/nlohmann-json3-dev/copyright nlohmann-json tools)
+    install_licence(/usr/share/doc/libcli11-dev/copyright cli11 tools)
+    install(FILES tools/vltconfig/vltconfig.1 DESTINATION share/man/man1 COMPONENT tools)
+    install(FILES tools/vltconfig/completion.bash DESTINATION share/bash-completion/completions RENAME vltconfig
+            COMPONENT tools)
 endif()
 
 include(CMakePackageConfigHelpers)

@@ -5,8 +5,8 @@
 set -u
 
 declare -A packages=(
-    [native]="g++ cmake ninja-build libboost-dev nlohmann-json3-dev libicu-dev googletest binutils-mingw-w64-x86-64"
-    [windows]="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine xvfb xauth cmake ninja-build libboost-dev nlohmann-json3-dev googletest"
+    [native]="g++ cmake ninja-build libboost-dev libcli11-dev libicu-dev googletest binutils-mingw-w64-x86-64"
+    [windows]="g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 wine wine64 fonts-wine xvfb xauth cmake ninja-build libboost-dev libcli11-dev googletest"
     [coverage]="gcovr"
     [checks]="clang-format-14 clang-tidy-14 cppcheck"
     [bench]="libpugixml-dev librapidxml-dev libtinyxml2-dev libxml2-dev libexpat1-dev libssl-dev libglib2.0-dev libmodpbase64-dev libicu-dev icu-devtools gettext pkg-config"

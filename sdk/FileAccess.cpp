@@ -171,9 +171,14 @@ DWORD Lock(const CFileHandle& file)
         });
 }
 
-DWORD TryReading(const CFileHandle& file)
+DWORD ReadAll(const CFileHandle& file, std::string& bytes)
 {
-    return ReadPieces(file, [](std::string_view) { return DWORD{ERROR_SUCCESS}; });
+    return ReadPieces(file,
+                      [&](std::string_view piece)
+                      {
+                          bytes += piece;
+                          return DWORD{ERROR_SUCCESS};
+                      });
 }
 
 DWORD WriteNewFile(const CString& path, std::string_view bytes, CFileSecurity& security)

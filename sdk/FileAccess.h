@@ -4,6 +4,7 @@
 #include <afxstr.h>
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -60,8 +61,8 @@ CFileHandle OpenLock(const CString& path, CFileSecurity& security);
 /// Keeps everybody else out until the handle closes. ERROR_LOCK_VIOLATION: another program did so for five seconds.
 DWORD Lock(const CFileHandle& file);
 
-/// Reads to the end without keeping anything: whether the whole file can be read.
-DWORD TryReading(const CFileHandle& file);
+/// Appends the file's bytes from the current position to the end.
+DWORD ReadAll(const CFileHandle& file, std::string& bytes);
 
 /// Makes a file that must not exist yet. It is on the disk, whole, when the call succeeds; else it is removed again, if
 /// the system lets it be.

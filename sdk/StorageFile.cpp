@@ -146,7 +146,8 @@ bool CStorageFile::Load(const CString& target, const CFileHandle& present, CStor
     if (present.GetError() == ERROR_FILE_NOT_FOUND || storage.Load(target) != 0)
         return true;
     // Load gives no reason. If the file can be read, its text is at fault, unless the obstacle has gone meanwhile.
-    if (const DWORD error = TryReading(present))
+    std::string bytes;
+    if (const DWORD error = ReadAll(present, bytes))
         return Fail(target, TEXT("cannot be read"), error);
     if (storage.Load(target) != 0)
         return true;

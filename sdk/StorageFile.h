@@ -10,7 +10,7 @@ class CFileHandle;
 /// Sets the text of the record of that identifier, or adds a record.
 void SetConfigurationText(CStorage& storage, const WCHAR* pId, const WCHAR* pCfg);
 
-/// One <storage> file that is never left half-written.
+/// One `<storage>` file that is never left half-written.
 ///
 /// A save takes these steps. The file is whole after each: with its old content up to step 5, with the new one from
 /// then on. If a step fails, what it made is removed, the file stays as it was, and GetErrorText says why.
@@ -33,11 +33,12 @@ void SetConfigurationText(CStorage& storage, const WCHAR* pId, const WCHAR* pCfg
 class CStorageFile
 {
 public:
-    /// pPath: NUL-terminated UTF-16, copied.
+    /// Names the file, without touching it. pPath: NUL-terminated UTF-16, copied.
     explicit CStorageFile(const WCHAR* pPath);
 
     /// Replaces the storage's content with the file's. A file that does not exist counts as an empty storage.
-    /// False, with the reason in GetErrorText, for a file that cannot be read or that holds no faultless storage text.
+    /// False, with the reason in GetErrorText, for a file that cannot be read or that holds no faultless `<storage>`
+    /// text.
     bool Read(CStorage& storage);
 
     /// Reads the file, lets change work on it, and saves the result unless change gives false.
@@ -53,11 +54,13 @@ public:
     /// cannot go into the file and must not be lost. Returns that file's path, empty if it could not be written.
     CString SaveBeside(const WCHAR* pId, const WCHAR* pCfg);
 
-    /// Why the last operation gave false: names the file, the reason and what one can do.
+    /// Returns why the last operation gave false: the file, the reason, and what one can do.
     const CString& GetErrorText() const { return m_errorText; }
+    /// Sets that text, for a change that gives false.
     void SetErrorText(const CString& text) { m_errorText = text; }
-    /// What one has to know about the last operation although it gave true; empty as a rule.
+    /// Returns what one has to know about the last operation although it gave true; empty as a rule.
     const CString& GetWarningText() const { return m_warningText; }
+    /// Returns the path as it was given.
     const CString& GetPath() const { return m_path; }
 
 private:

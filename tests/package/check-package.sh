@@ -25,8 +25,8 @@ include/VeltranoCommands/boost boost
 bin/libstdc++-6.dll gcc-runtime
 bin/libgcc_s_seh-1.dll GPL-3
 bin/libwinpthread-1.dll mingw-w64
-bin/vltconfig nlohmann-json
-bin/vltconfig.exe nlohmann-json
+bin/vltconfig cli11
+bin/vltconfig.exe cli11
 END
 
 cmake -S "$package/share/VeltranoCommands/examples/plugin" -B "$build/plugin" -G Ninja -DCMAKE_PREFIX_PATH="$package" \

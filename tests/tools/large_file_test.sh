@@ -15,9 +15,14 @@ records=2700000
 size=$(stat -c %s large.xml)
 [ "$size" -ge 100000000 ]
 ulimit -v $((12 * size / 1024))
-shown=$("$1" show large.xml 2>progress | wc -l) || { cat progress; exit 1; }
-[ "$shown" -eq $((records + 1)) ] || { echo "show printed $shown lines"; exit 1; }
+lines() { "$vltconfig" "$@" 2>progress | wc -l; }
+vltconfig=$1
+[ "$(lines show large.xml)" -eq $((records + 1)) ] || { echo "show is cut off"; cat progress; exit 1; }
 grep -q 'parsing 102 million characters' progress || { echo "no word on the progress"; exit 1; }
+[ "$(lines text large.xml)" -eq $((2 * records)) ] || { echo "text is cut off"; cat progress; exit 1; }
+[ "$(lines export large.xml)" -eq $((records + 2)) ] || { echo "export is cut off"; cat progress; exit 1; }
+[ "$(lines diff large.xml large.xml)" -eq 0 ] || { echo "a file differs from itself"; exit 1; }
+[ "$(lines repair large.xml)" -eq 1 ] && cmp large.xml large.xml.repaired || { cat progress; exit 1; }
 # Changing goes through CStorage::Load.
-"$1" remove large.xml unknown 2>message && exit 1
+"$vltconfig" remove large.xml unknown 2>message && exit 1
 grep -q "holds no record 'unknown'" message || { cat message; exit 1; }

@@ -1,26 +1,54 @@
 #include "tools/vltconfig/StorageReader.h"
 
+#include "platform/win32/errortext.h"
+#include "platform/win32/utf8.h"
 #include "projection/base64/Base64.h"
+#include "sdk/FileAccess.h"
 #include "tools/vltconfig/Progress.h"
-#include "xml/XmlFile.h"
 
 #include <algorithm>
+#include <climits>
 #include <cstdio>
 
 bool CStorageReader::Open(const WString& path)
 {
-    if (!ReadTextFile(path.c_str(), m_document.m_text, &m_document.m_result))
-    {
-        m_fault.message = m_document.m_result;
+    if (!ReadText(path))
         return false;
-    }
     if (m_document.m_text.GetLength() > 16'000'000)
         std::fprintf(stderr, "vltconfig: parsing %d million characters ...\n",
                      m_document.m_text.GetLength() / 1'000'000);
-    m_document.m_result.Empty(); // the count of bytes is no fault
     m_isFaultless = m_document.Parse();
     if (!m_isFaultless)
         FindFault();
+    return true;
+}
+
+/// False, with a message, if the file cannot be read.
+bool CStorageReader::ReadText(const WString& path)
+{
+    const auto fail = [&](const WString& message)
+    {
+        m_fault.message = message.c_str();
+        return false;
+    };
+    if (path.empty())
+        return fail(TEXT("the file name is empty"));
+    if (VLT::IsFolder(path.c_str()))
+        return fail(TEXT("is a folder, not a file"));
+    const VLT::CFileHandle file(path.c_str(), GENERIC_READ, OPEN_EXISTING);
+    if (file.GetError() != ERROR_SUCCESS)
+        return fail(SystemErrorText(file.GetError()));
+    std::string bytes;
+    if (const DWORD error = VLT::ReadAll(file, bytes))
+        return fail(SystemErrorText(error));
+    if (bytes.size() > INT_MAX)
+        return fail(TEXT("holds 2147483648 bytes or more"));
+    const int size = static_cast<int>(bytes.size());
+    int units = 0;
+    if (size != 0) // no unit takes less than a byte
+        units = ::MultiByteToWideChar(CP_UTF8, 0, bytes.data(), size, m_document.m_text.GetBuffer(size), size);
+    m_document.m_text.ReleaseBufferSetLength(units);
+    m_document.m_result.Empty();
     return true;
 }
 
@@ -29,7 +57,7 @@ int CStorageReader::ReadRecords(const RecordHandler& handler)
     if (!m_document.FindElement(TEXT("storage")))
     {
         if (m_isFaultless)
-            m_fault.message = TEXT("The root element is no storage");
+            m_fault.message = TEXT("The root element is not a storage");
         m_isFaultless = false;
         return 0;
     }
@@ -45,17 +73,22 @@ int CStorageReader::ReadRecords(const RecordHandler& handler)
     return count;
 }
 
+void FindPlace(const CString& text, int offset, int& line, int& column)
+{
+    const WCHAR* pText = text;
+    const WCHAR* pPlace = pText + offset;
+    line = 1 + static_cast<int>(std::count(pText, pPlace, TEXT('\n')));
+    const WCHAR* pLine = pPlace;
+    while (pLine > pText && pLine[-1] != TEXT('\n'))
+        --pLine;
+    column = 1 + static_cast<int>(pPlace - pLine);
+}
+
 void CStorageReader::FindFault()
 {
     m_fault.message = m_document.m_result;
     m_fault.offset = FaultOffset();
-    const WCHAR* pText = m_document.m_text;
-    const WCHAR* pFault = pText + m_fault.offset;
-    m_fault.line = 1 + static_cast<int>(std::count(pText, pFault, TEXT('\n')));
-    const WCHAR* pLine = pFault;
-    while (pLine > pText && pLine[-1] != TEXT('\n'))
-        --pLine;
-    m_fault.column = 1 + static_cast<int>(pFault - pLine);
+    FindPlace(m_document.m_text, m_fault.offset, m_fault.line, m_fault.column);
 }
 
 /// The parser names the place in its message, but for what concerns the document as a whole.

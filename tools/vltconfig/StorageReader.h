@@ -4,7 +4,7 @@
 
 #include <functional>
 
-/// Where the first fault of a storage file stands and what it is.
+/// Where the first fault of a storage file is and what it is.
 struct StorageFault
 {
     CString message;
@@ -13,24 +13,27 @@ struct StorageFault
     int column = 1; ///< UTF-16 units from the start of the line, counted from 1
 };
 
-/// Reads a storage file record by record, faulty ones as far as they go. Holds the text once and one record at a time.
+/// Reads a storage file record by record, a faulty one as far as it goes. Holds the text once and one record at a time.
 class CStorageReader
 {
 public:
     /// Decoded identifier and text of a record.
     using RecordHandler = std::function<void(const CString& id, const CString& cfg)>;
 
-    /// False if the file cannot be read at all; GetFault().message then tells why.
+    /// Reads a file or pipe. False if it cannot be read at all; GetFault().message then says why.
     bool Open(const WString& path);
     /// Whether the text is faultless and its root element is a storage.
     bool IsFaultless() const { return m_isFaultless; }
     const StorageFault& GetFault() const { return m_fault; }
+    /// The parsed document, with its cursor before the first element until ReadRecords was called.
+    CXmlDocument& GetDocument() { return m_document; }
 
     /// Hands out the records in document order, once. Shows progress on standard error when it takes long.
     /// Returns how many there were.
     int ReadRecords(const RecordHandler& handler);
 
 private:
+    bool ReadText(const WString& path);
     void FindFault();
     int FaultOffset() const;
 
@@ -38,3 +41,6 @@ private:
     bool m_isFaultless = false;
     StorageFault m_fault;
 };
+
+/// Line and column of an offset in the text, each from 1.
+void FindPlace(const CString& text, int offset, int& line, int& column);
