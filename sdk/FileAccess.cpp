@@ -36,6 +36,20 @@ bool MayBeOpenElsewhere(DWORD error)
     return IsFileInUse(error) || error == ERROR_ACCESS_DENIED || error == unableToRemoveReplaced;
 }
 
+/// The path from the root. Nothing in it is simplified: a name before ".." may be a link.
+CString FullPath(const CString& path)
+{
+    const bool isFull = path.IsEmpty() || path.GetAt(0) == TEXT('\\') || path.GetAt(0) == TEXT('/') ||
+                        (path.GetLength() > 1 && path.GetAt(1) == TEXT(':'));
+    const DWORD size = isFull ? 0 : ::GetFullPathNameW(TEXT("."), 0, nullptr, nullptr);
+    if (size == 0)
+        return path;
+    CString folder;
+    const DWORD length = ::GetFullPathNameW(TEXT("."), size, folder.GetBuffer(static_cast<int>(size)), nullptr);
+    folder.ReleaseBufferSetLength(static_cast<int>(length < size ? length : 0));
+    return length < size ? folder + TEXT("\\") + path : path;
+}
+
 /// Fills a new file by a function and flushes it to disk.
 template <typename Fill>
 DWORD MakeNewFile(const CString& path, CFileSecurity& security, Fill fill)
@@ -229,8 +243,10 @@ DWORD MoveToNewName(const CString& from, const CString& to)
 
 DWORD ReplaceContent(const CString& from, const CString& to)
 {
+    const CString fullFrom = FullPath(from); // Wine does not replace files by relative paths
+    const CString fullTo = FullPath(to);
     const auto replace = [&]
-    { return ErrorOf(::ReplaceFileW(to, from, nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)); };
+    { return ErrorOf(::ReplaceFileW(fullTo, fullFrom, nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS, nullptr, nullptr)); };
     const DWORD error = WaitFor(replace, MayBeOpenElsewhere);
     // Windows may have taken the old file away and then failed to rename the new one.
     return error == ERROR_SUCCESS || Exists(to) ? error : MoveToNewName(from, to);

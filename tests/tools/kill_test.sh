@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Three programs save into one file, and one of them is killed at a random moment: file and backup stay whole, nobody
 # else's save fails, and what the killed one leaves is in nobody's way.
+# Goes on until so many were hit before they ended.
 # usage: kill_test.sh KILLS COMMAND...   vltconfig, with the emulator before it where there is one
 set -u
 kills=$1
@@ -17,15 +18,19 @@ program=("$@")
 RANDOM=4711 round=0 hits=0 last=(0 0 0 0)
 start=${EPOCHREALTIME/./}
 for writer in 1 2 3; do (save $writer 0) || fail "cannot save"; done
-duration=$(((${EPOCHREALTIME/./} - start) * 2 / 3)) # microseconds; three at once take longer than one
-for ((round = 1; round <= kills; ++round)); do
+duration=$((${EPOCHREALTIME/./} - start)) # of three saves, in microseconds; measured anew, as the machine's load changes
+while [ $hits -lt "$kills" ]; do
+    round=$((round + 1))
+    [ $round -le $((10 * kills)) ] || fail "only $hits were hit"
+    start=${EPOCHREALTIME/./}
     pids=()
     for writer in 1 2 3; do
         save $writer $round &
         pids+=($!)
     done
     victim=$((RANDOM % 3))
-    sleep "$(printf '%d.%06d' $((duration / 1000000)) $((RANDOM * 32768 % (duration % 1000000 + 1))))"
+    delay=$(((RANDOM * 32768 + RANDOM) % (duration + 1)))
+    sleep $((delay / 1000000)).$(printf '%06d' $((delay % 1000000)))
     kill -9 "${pids[victim]}" 2>/dev/null
     for writer in 1 2 3; do
         wait "${pids[writer - 1]}" 2>/dev/null
@@ -33,6 +38,7 @@ for ((round = 1; round <= kills; ++round)); do
         [ $status -eq 0 ] || [ $((writer - 1)) -eq $victim ] || fail "writer $writer: exit code $status"
         [ $status -ne 137 ] || hits=$((hits + 1))
     done
+    duration=$((${EPOCHREALTIME/./} - start))
     for file in storage.xml storage.xml.bak; do
         "${program[@]}" check $file >message 2>&1 || fail "$(cat message)"
     done
@@ -45,5 +51,4 @@ for ((round = 1; round <= kills; ++round)); do
         fi
     done
 done
-echo "$kills rounds, $hits killed"
-[ $hits -gt $((kills / 4)) ] || fail "hardly one was hit, so this has shown nothing"
+echo "$hits killed in $round rounds"
