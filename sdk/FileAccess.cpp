@@ -16,7 +16,7 @@ DWORD ErrorOf(BOOL done)
     return done ? ERROR_SUCCESS : ::GetLastError();
 }
 
-/// Tries until the attempt succeeds, fails for a reason that waiting does not change, or the time is over.
+/// Repeats an attempt that fails because somebody else uses the file, for five seconds.
 template <typename Attempt>
 DWORD WaitFor(Attempt attempt, bool (*mayPass)(DWORD) = IsFileInUse)
 {
@@ -147,7 +147,7 @@ DWORD ResolveLink(const CString& path, CString& target)
     target = path;
     const DWORD attributes = ::GetFileAttributesW(path);
     if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0)
-        return ERROR_SUCCESS; // if something else is wrong with the path, opening it tells what
+        return ERROR_SUCCESS; // whatever else is wrong with the path shows when it is opened
     const CFileHandle file(path, GENERIC_READ, OPEN_EXISTING);
     if (file.GetError() != ERROR_SUCCESS)
         return file.GetError();

@@ -71,7 +71,7 @@ DWORD CopyToNewFile(const CString& from, const CString& to, CFileSecurity& secur
 
 /// ERROR_SUCCESS too if there is no such file. A link is removed itself.
 DWORD RemoveFile(const CString& path);
-/// True too if the system does not tell.
+/// True also if the system does not say.
 bool Exists(const CString& path);
 bool IsFolder(const CString& path);
 

@@ -54,7 +54,7 @@ int CFileConfigurationHandler::SaveConfiguration(const WCHAR* pId, const WCHAR* 
             if (!(present == loaded) && !(present == pCfg))
             {
                 m_file.SetErrorText(m_file.GetPath() + TEXT(": another program has changed the record '") + pId +
-                                    TEXT("' since it was loaded; its text stays, open the storage again to see it."));
+                                    TEXT("' since it was loaded; its text is kept; open the storage again to see it."));
                 return false;
             }
             SetConfigurationText(storage, pId, pCfg);
@@ -72,9 +72,10 @@ int CFileConfigurationHandler::SaveConfiguration(const WCHAR* pId, const WCHAR* 
 int CFileConfigurationHandler::Refuse(const WCHAR* pId, const WCHAR* pCfg)
 {
     const CString reason = m_file.GetErrorText();
-    const CString beside = m_file.SaveBeside(pId, pCfg);
-    Tell(beside.IsEmpty() ? reason + TEXT(" The text could not be put next to it either, so it is not saved anywhere.")
-                          : reason + TEXT(" The text that was to be saved is in ") + beside + TEXT("."));
+    const CString unsavedPath = m_file.SaveBeside(pId, pCfg);
+    Tell(unsavedPath.IsEmpty()
+             ? reason + TEXT(" The text could not be put next to it either, so it is not saved anywhere.")
+             : reason + TEXT(" The text that was to be saved is in ") + unsavedPath + TEXT("."));
     return 0;
 }
 

@@ -85,14 +85,15 @@ CString CStorageFile::SaveBeside(const WCHAR* pId, const WCHAR* pCfg)
         target = m_path;
     if (security.Read(target) != ERROR_SUCCESS)
         return {};
+    const std::string bytes = BytesOf(storage);
     constexpr int lastNumber = 9999;
     for (int number = 1; number <= lastNumber; ++number)
     {
         CString path;
         path.Format(TEXT("%s.unsaved-%d"), target.GetString(), number);
-        const DWORD error = WriteNewFile(path, BytesOf(storage), security);
+        const DWORD error = WriteNewFile(path, bytes, security);
         if (error == ERROR_SUCCESS)
-            FlushFolderOf(path); // to no avail if it fails: the text stands nowhere else
+            FlushFolderOf(path); // if that fails, nothing better can be done
         if (error != ERROR_FILE_EXISTS)
             return error == ERROR_SUCCESS ? path : CString();
     }
@@ -153,7 +154,7 @@ bool CStorageFile::Load(const CString& target, const CFileHandle& present, CStor
         return true;
     m_errorText.Format(
         TEXT("%s: holds no readable <storage> text and is left as it is. 'vltconfig check' names the fault; ")
-            TEXT("a good copy may stand in %s."),
+            TEXT("a good copy may be in %s."),
         target.GetString(), BackupPath(target).GetString());
     return false;
 }
@@ -166,7 +167,7 @@ bool CStorageFile::SaveUnderLock(const MakeContent& makeContent)
     if (!Resolve(target))
         return false;
     if (const DWORD error = security.Read(target))
-        return Fail(target, TEXT("does not tell its access rights, so the storage is not written"), error);
+        return Fail(target, TEXT("has access rights that cannot be read, so the storage is not written"), error);
     const CString lockPath = target + TEXT(".lock");
     const CFileHandle lock = OpenLock(lockPath, security);
     if (lock.GetError() != ERROR_SUCCESS)

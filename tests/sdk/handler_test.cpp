@@ -61,7 +61,7 @@ TEST_F(Handler, NeverWritesOverAFileThatItCannotRead)
 {
     const char* const rows[] = {"", "garbage", "<storage><configuration id=\"QQ==\"", "<storage></stor>",
                                 "<projectionRegistry></projectionRegistry>"};
-    int unsaved = 0;
+    int number = 0;
     for (const char* pRow : rows)
     {
         m_folder.Write(u"storage.xml", "<storage></storage>");
@@ -70,9 +70,9 @@ TEST_F(Handler, NeverWritesOverAFileThatItCannotRead)
         m_report.clear();
         EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("new")), 0) << pRow;
         EXPECT_TRUE(HasReported(TEXT("no readable <storage> text")));
-        const WString beside = TEXT("storage.xml.unsaved-") + WString(1, static_cast<WCHAR>(TEXT('1') + unsaved++));
-        EXPECT_TRUE(HasReported(m_folder.Path(beside).c_str()));
-        EXPECT_EQ(TextIn(beside.c_str(), TEXT("A")), TEXT("new"));
+        const WString unsaved = TEXT("storage.xml.unsaved-") + WString(1, static_cast<WCHAR>(TEXT('1') + number++));
+        EXPECT_TRUE(HasReported(m_folder.Path(unsaved).c_str()));
+        EXPECT_EQ(TextIn(unsaved.c_str(), TEXT("A")), TEXT("new"));
         m_report.clear();
         EXPECT_EQ(m_handler.OpenStorage(), 0) << pRow;
         EXPECT_TRUE(HasReported(m_path.c_str()));

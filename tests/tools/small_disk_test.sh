@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# A disk of 64 kB that is too small for the new text, or for the backup of the old one: the file stays as it was, nothing is
-# left beside it but the text that was put there, and once there is room the next change goes through.
+# A disk of 64 kB that is too small for the new text, or for the backup of the old one: the file stays as it was, no
+# half-written file is left, and once there is room the next change succeeds.
 # Exit code 77 where no disk may be mounted, even in a namespace of its own.
 # usage: small_disk_test.sh VLTCONFIG
 set -eu -o pipefail

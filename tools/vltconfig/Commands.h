@@ -21,7 +21,7 @@ int RemoveRecord(const WString& path, const WString& id);
 int EditRecord(const WString& path, const WString& id);
 /// Lists the projection definitions of the record PRJ_REGISTRY.
 int ShowDefinitions(const WString& path, bool asJson);
-/// Names the first fault with its place, and tells how many records can be read.
+/// Names the first fault with its place, and counts the records that can be read.
 int CheckFile(const WString& path, bool asJson);
 
 /// Prints the whole file line by line, for comparing versions; also what can be read of a faulty one, and then its

@@ -151,7 +151,7 @@ HLOCAL LocalFree(HLOCAL block)
 
 namespace
 {
-/// Windows tells a missing folder on the way from a missing file, and a file that is there already from other names.
+/// Windows has different codes for a missing file and a missing folder in its path, and one for a new file that exists.
 DWORD OpenError(const std::string& path, int error)
 {
     const auto folder = std::filesystem::path(path).parent_path();
@@ -488,7 +488,7 @@ int FromCodePage(UINT codePage, const char* pBytes, int length, LPWSTR pText, in
     return ConversionResult(status, needed, size);
 }
 
-/// Converts with UTF-8 on one side. convert: ICU's call for what stands behind the ASCII at the start.
+/// Converts with UTF-8 on one side. convert: ICU's call for the text after the ASCII at the start.
 template <typename To, typename From, typename Convert>
 int ConvertUtf8(const From* pFrom, int length, To* pTo, int size, Convert convert)
 {
