@@ -20,13 +20,12 @@ set(VELTRANO_MODULE_SOURCES
     xml/XmlAttributes.cpp
     xml/XmlDocument.cpp
     xml/XmlFile.cpp
-    xml/XmlNavigation.cpp
     xml/XmlOpenNames.cpp
     xml/XmlParser.cpp
     xml/XmlRunOnSearches.cpp
-    xml/fast/XmlPlainAttributes.cpp
     xml/XmlScanner.cpp
-    xml/fast/XmlTagEnds.cpp
+    xml/XmlTable.cpp
+    xml/fast/XmlTagIndex.cpp
     xml/fast/XmlVector.cpp
     xml/fast/XmlVectorAvx2.cpp
     xml/fast/XmlVectorSse2.cpp

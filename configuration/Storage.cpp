@@ -68,8 +68,7 @@ int ReplaceRecords(CStorage& storage, std::basic_string_view<WCHAR> xml)
     // The storage is empty from here on, but its content lives until the end: xml may be part of it.
     const auto earlierRecords = std::exchange(*storage.GetConfigurationVector(), {});
     const auto earlierMap = std::exchange(*storage.GetConfigurationMapById(), {});
-    CXmlDocument document;
-    document.ParseInPlace(xml); // the result is ignored: what can be read of a faulty text is kept
+    CXmlDocument document(xml); // what can be read of a faulty text is kept
     if (!document.FindElement(TEXT("storage")))
         return 0;
     document.EnterElement();

@@ -37,8 +37,7 @@ int CProjectionRegistry::ParseXML(const WCHAR* pXml)
     const auto earlierDefinitions = std::exchange(m_definitions, {});
     if (pXml == nullptr)
         pXml = TEXT("");
-    CXmlDocument document;
-    document.ParseInPlace({pXml, wcslen(pXml)}); // a fault in the text is no reason to leave out what can be read
+    CXmlDocument document({pXml, wcslen(pXml)}); // a fault in the text is no reason to leave out what can be read
     if (!document.FindElement(TEXT("projectionRegistry")))
         return 0;
     document.EnterElement();

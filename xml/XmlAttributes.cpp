@@ -1,27 +1,25 @@
-#include "xml/XmlRunOnSearches.h"
-#include "xml/XmlScanner.h"
-#include "xml/fast/XmlVector.h"
+#include "xml/XmlAttributes.h"
+
+#include "xml/XmlNames.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace
 {
-constexpr uint64_t ValueDelimiters = UnitSet(TEXT(" \t\n\r>"));
-
-/// Reads the token at next. False at the end of the text, which leaves first and last as they were.
-/// afterEqual: an unquoted token is a value, which may hold what ends a name.
+/// Reads the token at next. False at the end of the text; first and last are then unchanged.
+/// afterEqual: an unquoted token is a value, which fewer units end than a name.
 bool ReadToken(XmlScanner& scanner, bool afterEqual)
 {
     const WCHAR* pText = scanner.text;
-    while (IsXmlSpace(pText[scanner.next]))
+    while (IsIn(pText[scanner.next], XmlSpace))
         ++scanner.next;
     const WCHAR unit = pText[scanner.next];
     if (unit == 0)
         return false;
 
     int end = scanner.next;
-    if (IsXmlQuote(unit))
+    if (IsIn(unit, XmlQuote))
     {
         scanner.flags |= QuotedTokenFlag;
         scanner.first = ++end;
@@ -33,14 +31,14 @@ bool ReadToken(XmlScanner& scanner, bool afterEqual)
     }
     scanner.flags &= ~QuotedTokenFlag;
     scanner.first = end;
-    while (afterEqual ? !IsIn(ValueDelimiters, pText[end]) : !EndsAttributeName(pText[end]))
+    while (!IsIn(pText[end], afterEqual ? EndsUnquotedValue : EndsAttributeName))
         ++end;
     scanner.last = std::max(end - 1, scanner.first); // a delimiter is a token of its own
     scanner.next = scanner.last + 1;
     return true;
 }
 
-/// Makes the matched name, which ends at matchEnd, the token.
+/// Makes the matched name, whose last unit is at matchEnd, the token.
 bool TakeNameAsValue(XmlScanner& scanner, int matchEnd)
 {
     scanner.first = scanner.savedStart + scanner.savedGap;
@@ -49,13 +47,13 @@ bool TakeNameAsValue(XmlScanner& scanner, int matchEnd)
     return true;
 }
 
-/// Nothing but a token that starts with >, / or ? ends the search. After a = such a unit is a value, so the search in a
-/// damaged tag can run on into what follows it. mayStop: called with the offset in front of each token as long as no
-/// name has matched and all depends on what follows; true ends the search.
+/// Only a token that starts with >, / or ? ends the search. After a = such a unit is a value, so the search in a
+/// damaged tag can run on into what follows the tag. mayStop: called with the offset in front of each token as long as
+/// the outcome depends on nothing but what follows there; true ends the search.
 template <typename MayStop>
 bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName, MayStop mayStop)
 {
-    int matchEnd = 0; // 0: no match yet; a tag's < stands at 0 or behind it, so no name ends there
+    int matchEnd = 0; // 0: no match yet; no name ends there, since a < is in front of it
     bool tagNameSeen = false;
     bool afterEqual = false;
     for (;;)
@@ -127,14 +125,14 @@ bool ScanAttribute(XmlScanner& scanner, const WCHAR* pName, int tagEnd, CRunOnSe
 
 namespace
 {
-/// A reference and what it stands for; length 0: what stands there is none.
+/// A reference and what it stands for; length 0: there is no reference.
 struct CReference
 {
     int length; ///< from the & through the ;
     WCHAR unit;
 };
 
-/// pReference: at the &, with room units from there to the end of the value.
+/// pReference: points at the &. room: units from there to the end of the value.
 CReference ReadNamedReference(const WCHAR* pReference, int room)
 {
     static constexpr struct
@@ -153,9 +151,9 @@ CReference ReadNamedReference(const WCHAR* pReference, int room)
     return {0, 0};
 }
 
-/// pReference: at the & of "&#". At most seven units stand before the ;. They are read as the runtime reads a number:
-/// with white space, a sign and, in base 16, a prefix before it and whatever behind it. Runtimes differ in what they
-/// take for digits and blanks beyond ASCII; XML has none of them, so the number ends there.
+/// pReference: points at the & of "&#". At most seven units can be in front of the ;. wcstol reads them: it accepts
+/// white space, a sign and, in base 16, a prefix, and ignores what follows the digits. Runtimes differ in which units
+/// beyond ASCII are digits or white space; XML has none of them, so the number ends there.
 CReference ReadNumericReference(const WCHAR* pReference)
 {
     const bool isHex = pReference[2] == TEXT('x');
@@ -191,7 +189,7 @@ CString DecodeEntities(const WCHAR* pSource, int length)
                                                        : ReadNamedReference(pSource + next, length - next);
         *pEnd++ = reference.length == 0 ? pSource[next] : reference.unit;
         next += std::max(reference.length, 1);
-        const int run = next; // a reference may reach behind the end; then nothing follows
+        const int run = next; // may be after the end: a numeric reference can reach that far
         next = FindUnit(pSource, run, length, TEXT('&'));
         pEnd = std::copy(pSource + run, pSource + next, pEnd);
     }

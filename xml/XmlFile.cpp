@@ -14,7 +14,7 @@ struct CFileCloser
 };
 using CFilePointer = std::unique_ptr<FILE, CFileCloser>;
 
-/// Text is narrow or wide.
+/// Text: narrow or wide.
 template <typename Text>
 void Report(CString* pResult, Text pText)
 {
@@ -22,7 +22,7 @@ void Report(CString* pResult, Text pText)
         *pResult = pText;
 }
 
-/// False, with errno, when the file has no end to go to.
+/// False, with errno set: the file cannot be measured.
 bool MeasureFile(FILE* pFile, long long& size)
 {
     if (std::fseek(pFile, 0, SEEK_END) != 0)
@@ -31,7 +31,7 @@ bool MeasureFile(FILE* pFile, long long& size)
     return size >= 0 && std::fseek(pFile, 0, SEEK_SET) == 0;
 }
 
-/// False: not all of the bytes could be had.
+/// False: the file could not be read whole.
 bool ReadBytes(FILE* pFile, char* pBytes, int size, CString* pResult)
 {
     if (std::fread(pBytes, static_cast<size_t>(size), 1, pFile) == 1)
@@ -51,13 +51,13 @@ std::unique_ptr<char[]> ConvertToUtf8(const CString& text, int& size)
     { return ::WideCharToMultiByte(CP_UTF8, 0, text, length, pBytes, room, nullptr, nullptr); };
     if (length == 0)
         return nullptr;
-    // ASCII, which nearly all texts are, needs a byte for each unit: then nothing is counted ahead.
+    // Nearly all texts are ASCII, with one byte for each unit; these are not counted in advance.
     auto pBytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(length));
     size = convert(pBytes.get(), length);
     if (size == length)
         return pBytes;
     size = convert(nullptr, 0);
-    if (size < length) // a count that went past 31 bits
+    if (size < length) // the count overflowed 31 bits
     {
         size = 0;
         return nullptr;
@@ -96,7 +96,7 @@ bool ReadTextFile(const WCHAR* pPath, CString& text, CString* pResult)
         const auto pBytes = std::make_unique_for_overwrite<char[]>(static_cast<size_t>(size));
         if (!ReadBytes(pFile.get(), pBytes.get(), size, pResult))
             return false;
-        // No unit comes of less than a byte, so nothing is counted ahead.
+        // A byte makes at most one unit, so the units need not be counted in advance.
         units = ::MultiByteToWideChar(CP_UTF8, 0, pBytes.get(), size, text.GetBuffer(size), size);
         text.ReleaseBufferSetLength(units);
     }

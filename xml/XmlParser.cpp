@@ -1,99 +1,80 @@
 #include "platform/compiler.h"
 #include "xml/XmlDocument.h"
+#include "xml/XmlNames.h"
 #include "xml/XmlOpenNames.h"
-#include "xml/fast/XmlTagEnds.h"
+#include "xml/fast/XmlTagIndex.h"
 
 #include <algorithm>
-#include <span>
 #include <utility>
 #include <vector>
 
 namespace
 {
-/// Fills the table with the elements of a text. A fault never stops it: the first one leaves its message in m_result,
-/// since behind one broken tag nearly everything looks broken.
-/// Start tags and end tags as they nearly always are it reads itself; whatever else stands at a < it leaves to
-/// ReadNode.
+/// Fills the table with the elements of a text. A fault never stops it.
+/// Handles common tags here: start tags, and end tags of the innermost open element. ReadNode handles everything else.
 class CTreeBuilder
 {
 public:
-    CTreeBuilder(CXmlDocument& document, XmlScanner& scanner)
-        : m_document(document),
-          m_scanner(scanner),
-          m_pText(scanner.text),
-          m_length(document.m_unitCount),
-          m_tagEnds(m_pText, m_length),
-          m_open(256, 0)
+    CTreeBuilder(CXmlDocument& document, XmlScanner& scanner, int length)
+        : m_document(document), m_scanner(scanner), m_pText(scanner.text), m_length(length), m_tagIndex(m_pText, length)
     {
-        m_at.used = document.m_usedPositions;
-        m_at = WithRecords(m_at);
+        m_walk.used = document.m_usedPositions;
+        UpdateRecords(m_walk);
     }
 
     void Build();
 
 private:
-    /// How far the walk is. The reading of common tags keeps it in a variable of its own: a member the compiler would
-    /// fetch anew after every store into a record.
-    struct Place
+    /// How far the walk over the text is. The loop over common tags works on a copy in registers: the compiler would
+    /// reload a member after each store into a record.
+    struct CWalk
     {
-        int next = 0;      ///< where reading goes on
-        int used = 0;      ///< of the document's records
-        int depth = 0;     ///< how many elements are open
-        int lastChild = 0; ///< of the parent so far; its first child learns of it when the parent ends
+        int next = 0;      ///< offset at which reading goes on
+        int used = 0;      ///< records in use
+        int depth = 0;     ///< number of open elements
+        int lastChild = 0; ///< last child so far of the innermost open element, 0: none
 
-        // Where these records lie, which growth of the table changes.
-        XmlElementPosition* pFree = nullptr;      ///< the first not in use
-        XmlElementPosition* pEndOfFree = nullptr; ///< behind those that follow in one piece, and have room in m_open
+        // Where records are, until the table grows.
+        XmlElementPosition* pFree = nullptr;      ///< the first free record
+        XmlElementPosition* pEndOfFree = nullptr; ///< after the free ones that can be taken one by one
         XmlElementPosition* pParent = nullptr;    ///< the innermost open element
-        XmlElementPosition* pLastChild = nullptr; ///< if there is one
+        XmlElementPosition* pLastChild = nullptr; ///< lastChild's, if there is one
     };
 
-    int Innermost(const Place& at) const { return m_open[static_cast<size_t>(at.depth)]; }
+    int Innermost(const CWalk& walk) const { return m_open[static_cast<size_t>(walk.depth)]; }
     XmlElementPosition& At(int index) { return m_document.At(index); }
-    const WCHAR* NameAt(int index) { return m_pText + At(index).start + 1; }
-    COpenNames::Name NameOf(int index);
-    CString TextOf(int index) { return CString(NameOf(index).data(), static_cast<int>(NameOf(index).size())); }
-    CString& Result() { return m_document.m_result; }
-
-    /// Asks for the records that come into use soon: to wait for their memory costs more than to fill them.
-    static void FetchRecords(const XmlElementPosition* pFree)
-    {
-        constexpr int recordsAhead = 64;
-        _mm_prefetch(reinterpret_cast<const char*>(pFree + recordsAhead), _MM_HINT_T0);
-    }
 
     void ReadCommonTags();
-    bool ReadStartTag(Place& at);
-    int FindTagNameEnd(int tag, int end, uint64_t inside);
-    bool EndsInSlash(int nameEnd, int end) const;
-    bool ReadEndTag(Place& at);
-    [[nodiscard]] bool StartElement(Place& at, int length, bool isEmpty);
-    void EndElement(Place& at, int length);
-    void GoUp(Place& at);
-    Place WithMoreRecords(Place at);
-    Place WithRecords(Place at);
+    bool ReadStartTag(CWalk& walk);
+    bool ReadEndTag(CWalk& walk);
+    [[nodiscard]] bool StartElement(CWalk& walk, int length, bool isEmpty);
+    void EndElement(CWalk& walk, int length);
+    void LeaveElement(CWalk& walk);
+    void ReserveRecords(CWalk& walk);
+    void UpdateRecords(CWalk& walk);
 
     void ReadOtherNode();
     void EndElementByName(int length);
     void EndText();
     int FindOpen(const WCHAR* pName, int length);
     bool IsNamed(int index, const WCHAR* pName, int length);
+    COpenNames::Name NameOf(int index);
+    CString NameText(int index) { return CString(NameOf(index).data(), static_cast<int>(NameOf(index).size())); }
     void CloseUnended(int heir);
-    void CloseChain();
+    void CloseChildren();
     void HandOver(int index, int heir);
-    void RecordFault();
+    template <typename MakeMessage>
+    void RecordFault(int offset, MakeMessage makeMessage);
 
     CXmlDocument& m_document;
     XmlScanner& m_scanner;
     const WCHAR* const m_pText;
     const int m_length;
-    CTagEndFinder m_tagEnds;
-    Place m_at;
-    int m_nameLength = 0;    ///< of the name that was looked for last, with the < in front of it
-    uint64_t m_nameBits = 0; ///< as many ones
-    bool m_isFull = false;   ///< an element found no free record
-    int m_openRoom = 256;
-    std::vector<int> m_open; ///< the open elements, outermost first, behind record 0; the rest is room
+    CTagIndex m_tagIndex;
+    CWalk m_walk;
+    bool m_needsRecords = false; ///< StartElement found no free record
+    std::vector<int> m_open =
+        std::vector<int>(16); ///< open elements, outermost first, after record 0; the rest is room
     COpenNames m_openNames;
 };
 
@@ -102,292 +83,282 @@ void CTreeBuilder::Build()
     for (;;)
     {
         ReadCommonTags();
-        if (m_pText[m_at.next] == TEXT('<'))
+        if (m_pText[m_walk.next] == TEXT('<'))
         {
             ReadOtherNode();
             continue;
         }
-        // Text leaves no trace in the table.
-        m_at.next = FindUnit(m_pText, m_at.next, m_length, TEXT('<'));
-        if (m_pText[m_at.next] == 0)
+        // Text is not in the table.
+        m_walk.next = FindUnit(m_pText, m_walk.next, m_length, TEXT('<'));
+        if (m_pText[m_walk.next] == 0)
             break;
     }
     EndText();
-    m_document.m_usedPositions = m_at.used;
+    m_document.m_usedPositions = m_walk.used;
 }
 
-/// Start tags and end tags as they nearly always are, as long as they follow each other. The inner loop calls nothing:
-/// what has to be called for ends it, so that the walk keeps its numbers in registers.
+/// Reads common tags as long as they follow each other. The inner loop makes no calls, so the walk stays in registers.
 VELTRANO_NO_INLINE void CTreeBuilder::ReadCommonTags()
 {
-    Place at = m_at;
+    CWalk walk = m_walk;
     do
     {
-        if (m_isFull)
-            at = WithMoreRecords(at);
-        while (ReadStartTag(at) || ReadEndTag(at))
+        if (m_needsRecords)
+            ReserveRecords(walk);
+        while (ReadStartTag(walk) || ReadEndTag(walk))
         {
         }
-    } while (m_isFull || m_tagEnds.ReadOn());
-    m_at = at;
+    } while (m_needsRecords || m_tagIndex.Extend());
+    m_walk = walk;
 }
 
-/// False: none, or none that is plain to see, or something is missing that the loop around gets.
-inline bool CTreeBuilder::ReadStartTag(Place& at)
+/// False: not a common start tag, or the caller must get records or extend the index first.
+inline bool CTreeBuilder::ReadStartTag(CWalk& walk)
 {
-    const WCHAR* const pTag = m_pText + at.next;
+    const WCHAR* const pTag = m_pText + walk.next;
     if (pTag[0] != TEXT('<') || !StartsName(pTag[1]))
         return false;
-    // The shortest tags are not worth a search.
+    // <a> and <a/> need no search.
     if (pTag[2] == TEXT('>'))
-        return StartElement(at, 3, false);
+        return StartElement(walk, 3, false);
     if (pTag[2] == TEXT('/') && pTag[3] == TEXT('>'))
-        return StartElement(at, 4, true);
-    const auto [end, inside] = m_tagEnds.Find(at.next + 2);
-    if (end == CTagEndFinder::NotFound)
+        return StartElement(walk, 4, true);
+    const int end = m_tagIndex.Find(walk.next + 2);
+    if (end == CTagIndex::NotFound)
         return false;
-    const int nameEnd = FindTagNameEnd(at.next, end, inside);
-    if (IsXmlQuote(m_pText[nameEnd])) // there it protects nothing
+    const int nameEnd = FindTagNameEnd(m_pText, walk.next + 2, m_length);
+    if (IsIn(m_pText[nameEnd], XmlQuote)) // in a name a quote protects nothing, but the index does not know
         return false;
-    return StartElement(at, end + 1 - at.next, EndsInSlash(nameEnd, end));
+    return StartElement(walk, end + 1 - walk.next, IsEmptyElementTag(m_pText, nameEnd, end));
 }
 
-/// Where the name of that tag ends, which goes up to that end. Or the offset of a space behind it with no quote up to
-/// there, which tells as much: tags that follow each other mostly have names of the same length.
-/// inside: what Find gave.
-inline int CTreeBuilder::FindTagNameEnd(int tag, int end, uint64_t inside)
+/// False: not an end tag without white space that ends the innermost open element.
+inline bool CTreeBuilder::ReadEndTag(CWalk& walk)
 {
-    if (m_nameLength < end - tag && m_pText[tag + m_nameLength] == TEXT(' ') && (inside & m_nameBits) == 0)
-        return tag + m_nameLength;
-    const int nameEnd = FindNameEnd(m_pText, tag + 2, m_length);
-    m_nameLength = std::min(nameEnd - tag, CTagEndFinder::InsideBits);
-    m_nameBits = (uint64_t{1} << m_nameLength) - 1;
-    return nameEnd;
-}
-
-/// A / before the > counts directly behind the name, white space or a quote only, so that the unquoted value of
-/// "<a href=x/>" keeps its slash.
-inline bool CTreeBuilder::EndsInSlash(int nameEnd, int end) const
-{
-    const int slash = end - 1;
-    if (m_pText[slash] != TEXT('/'))
+    const WCHAR* const pTag = m_pText + walk.next;
+    if (pTag[0] != TEXT('<') || pTag[1] != TEXT('/') || walk.depth == 0)
         return false;
-    const WCHAR before = m_pText[slash - 1];
-    return slash == nameEnd || IsXmlSpace(before) || IsXmlQuote(before);
-}
-
-/// An end tag without blanks that ends the innermost open element. False: none such.
-inline bool CTreeBuilder::ReadEndTag(Place& at)
-{
-    const WCHAR* const pTag = m_pText + at.next;
-    if (pTag[0] != TEXT('<') || pTag[1] != TEXT('/') || at.depth == 0)
-        return false;
-    const WCHAR* const pTagName = pTag + 2;
-    const WCHAR* const pName = m_pText + at.pParent->start + 1;
+    const WCHAR* const pEndName = pTag + 2;
+    const WCHAR* const pName = m_pText + walk.pParent->start + 1;
     int length = 0;
-    while (pTagName[length] == pName[length] && pName[length] != TEXT('>'))
+    while (pEndName[length] == pName[length] && pName[length] != TEXT('>'))
         ++length;
-    if (pTagName[length] != TEXT('>') || !EndsTagName(pName[length]))
+    if (pEndName[length] != TEXT('>') || !IsIn(pName[length], EndsTagName))
         return false;
-    EndElement(at, length + 3);
+    EndElement(walk, length + 3);
     return true;
 }
 
-/// Of the start tag of that length. length and tagLengths of the record are at first those of an element that ends with
-/// its start tag. That is what an empty and an unended one keep. False: no record is free.
-inline bool CTreeBuilder::StartElement(Place& at, int length, bool isEmpty)
+/// Adds the element of the start tag of that length. Until its end tag comes, its record is that of an unended element.
+/// False: there is no free record.
+inline bool CTreeBuilder::StartElement(CWalk& walk, int length, bool isEmpty)
 {
-    if (at.pFree == at.pEndOfFree) [[unlikely]]
+    if (walk.pFree == walk.pEndOfFree) [[unlikely]]
     {
-        m_isFull = true;
+        m_needsRecords = true;
         return false;
     }
-    FetchRecords(at.pFree);
-    const int index = at.used++;
-    XmlElementPosition& element = *at.pFree++;
-    const bool isFirst = at.lastChild == 0;
-    element = {.start = at.next,
+    constexpr int recordsAhead = 64; // waiting for their memory costs more than filling them
+    _mm_prefetch(reinterpret_cast<const char*>(walk.pFree + recordsAhead), _MM_HINT_T0);
+
+    const int index = walk.used++;
+    XmlElementPosition& element = *walk.pFree++;
+    const bool isFirst = walk.lastChild == 0;
+    element = {.start = walk.next,
                .length = length,
                .tagLengths = static_cast<unsigned>(length) & StartTagLengthMask,
-               .levelAndFlags = (static_cast<unsigned>(at.depth) & LevelMask) | (isFirst ? FirstChildFlag : 0),
-               .parent = Innermost(at),
+               .levelAndFlags = (static_cast<unsigned>(walk.depth) & LevelMask) | (isFirst ? FirstChildFlag : 0),
+               .parent = Innermost(walk),
                .firstChild = 0,
                .nextSibling = 0,
-               .prevSibling = isFirst ? index : at.lastChild};
+               .prevSibling = isFirst ? index : walk.lastChild};
     if (isFirst)
-        at.pParent->firstChild = index;
+        walk.pParent->firstChild = index;
     else
-        at.pLastChild->nextSibling = index;
-    at.next += length;
-    at.lastChild = index;
-    at.pLastChild = &element;
+        walk.pLastChild->nextSibling = index;
+    walk.next += length;
+    walk.lastChild = index;
+    walk.pLastChild = &element;
     if (isEmpty)
         return true;
-    at.pParent = &element;
-    at.lastChild = 0;
-    ++at.depth;
-    m_open[static_cast<size_t>(at.depth)] = index;
+    walk.pParent = &element;
+    walk.lastChild = 0;
+    ++walk.depth;
+    m_open[static_cast<size_t>(walk.depth)] = index;
     return true;
 }
 
-/// The innermost open element, with its end tag of that length.
-inline void CTreeBuilder::EndElement(Place& at, int length)
+/// Ends the innermost open element with an end tag of that length.
+inline void CTreeBuilder::EndElement(CWalk& walk, int length)
 {
-    XmlElementPosition& element = *at.pParent;
-    element.length = at.next - element.start + length;
-    element.tagLengths |= static_cast<unsigned>(length) << StartTagLengthBits; // bits beyond the ten fall off
-    if (element.firstChild != at.lastChild)
-        At(element.firstChild).prevSibling = at.lastChild;
-    at.next += length;
-    GoUp(at);
+    XmlElementPosition& element = *walk.pParent;
+    element.length = walk.next - element.start + length;
+    element.tagLengths |= static_cast<unsigned>(length) << StartTagLengthBits; // bits beyond the ten are lost
+    if (element.firstChild != walk.lastChild)
+        At(element.firstChild).prevSibling = walk.lastChild;
+    walk.next += length;
+    LeaveElement(walk);
 }
 
-/// From the children of the innermost open element to those of the one around it.
-inline void CTreeBuilder::GoUp(Place& at)
+/// Makes the innermost open element the last child of the one around it.
+inline void CTreeBuilder::LeaveElement(CWalk& walk)
 {
-    at.lastChild = Innermost(at);
-    at.pLastChild = at.pParent;
-    --at.depth;
-    at.pParent = &At(Innermost(at));
+    walk.lastChild = Innermost(walk);
+    walk.pLastChild = walk.pParent;
+    --walk.depth;
+    walk.pParent = &At(Innermost(walk));
 }
 
-CTreeBuilder::Place CTreeBuilder::WithMoreRecords(Place at)
+void CTreeBuilder::ReserveRecords(CWalk& walk)
 {
-    m_isFull = false;
-    if (at.used == m_document.m_capacity)
+    m_needsRecords = false;
+    if (walk.used == m_document.m_capacity)
     {
-        m_document.m_usedPositions = at.used;
+        m_document.m_usedPositions = walk.used;
         m_document.ReserveRecords(0);
     }
-    return WithRecords(at);
+    UpdateRecords(walk);
 }
 
-CTreeBuilder::Place CTreeBuilder::WithRecords(Place at)
+/// Sets where the records are. Each free one that can be taken has room in m_open.
+void CTreeBuilder::UpdateRecords(CWalk& walk)
 {
-    if (at.depth + 1 == m_openRoom)
-        m_open.resize(static_cast<size_t>(m_openRoom *= 2));
-    const auto free = m_document.FreeRecords(at.used);
-    at.pFree = free.data();
-    at.pEndOfFree = free.data() + std::min(free.size(), static_cast<size_t>(m_openRoom - at.depth - 1));
-    at.pParent = &At(Innermost(at));
-    at.pLastChild = &At(at.lastChild);
-    return at;
+    const auto roomNeeded = static_cast<size_t>(walk.depth) + 2;
+    if (m_open.size() < roomNeeded)
+        m_open.resize(m_open.size() * 2);
+    const int inSegment = RecordsPerSegment - (walk.used & (RecordsPerSegment - 1));
+    const int room = static_cast<int>(m_open.size()) - walk.depth - 1;
+    walk.pFree = &At(walk.used);
+    walk.pEndOfFree = walk.pFree + std::min({m_document.m_capacity - walk.used, inSegment, room});
+    walk.pParent = &At(Innermost(walk));
+    walk.pLastChild = &At(walk.lastChild);
 }
 
 void CTreeBuilder::ReadOtherNode()
 {
     XmlNodeEntry node;
-    m_scanner.next = m_at.next;
+    m_scanner.next = m_walk.next;
     switch (ReadNode(m_scanner, node))
     {
     case NodeElement:
-        while (!StartElement(m_at, node.length, (node.flags & EmptyElementFlag) != 0))
-            m_at = WithMoreRecords(m_at);
+        while (!StartElement(m_walk, node.length, (node.flags & EmptyElementFlag) != 0))
+            ReserveRecords(m_walk);
         break;
     case NodeEndTag:
         EndElementByName(node.length);
         break;
     case NodeError:
-        RecordFault();
-        if (Result().IsEmpty())
-            Result() = node.name;
+        RecordFault(node.start, [&] { return node.name; });
+        At(Innermost(m_walk)).levelAndFlags |= IllFormedFlag;
         break;
     default:
-        break; // leaves no trace in the table
+        break; // not in the table
     }
-    m_at.next = m_scanner.next;
+    m_walk.next = m_scanner.next;
 }
 
-/// The end tag of that length whose name is the scanner's token: of the innermost open element of that name.
+/// Ends the innermost open element of the name that is the scanner's token, with an end tag of that length.
 void CTreeBuilder::EndElementByName(int length)
 {
-    const WCHAR* const pName = m_pText + m_scanner.first;
-    const int nameLength = m_scanner.last - m_scanner.first + 1;
-    const int depth = FindOpen(pName, nameLength);
+    const int depth = FindOpen(m_pText + m_scanner.first, m_scanner.last - m_scanner.first + 1);
     if (depth == 0)
     {
-        RecordFault();
-        if (Result().IsEmpty())
-            Result().Format(TEXT("No start tag for end tag '%s' at offset %d"), GetTokenText(m_scanner).GetString(),
-                            m_at.next);
+        RecordFault(m_walk.next,
+                    [this]
+                    {
+                        CString message;
+                        message.Format(TEXT("No start tag for end tag '%s' at offset %d"),
+                                       GetTokenText(m_scanner).GetString(), m_walk.next);
+                        return message;
+                    });
+        At(Innermost(m_walk)).levelAndFlags |= IllFormedFlag;
         return;
     }
-    if (depth != m_at.depth && Result().IsEmpty())
-        Result().Format(TEXT("End tag '%s' at offset %d does not match start tag '%s' at offset %d"),
-                        GetTokenText(m_scanner).GetString(), m_scanner.first - 1, TextOf(Innermost(m_at)).GetString(),
-                        At(Innermost(m_at)).start);
+    if (depth != m_walk.depth)
+        RecordFault(m_scanner.first - 1,
+                    [this]
+                    {
+                        CString message;
+                        message.Format(TEXT("End tag '%s' at offset %d does not match start tag '%s' at offset %d"),
+                                       GetTokenText(m_scanner).GetString(), m_scanner.first - 1,
+                                       NameText(Innermost(m_walk)).GetString(), At(Innermost(m_walk)).start);
+                        return message;
+                    });
     CloseUnended(m_open[static_cast<size_t>(depth)]);
-    EndElement(m_at, length);
+    EndElement(m_walk, length);
 }
 
-/// The place in m_open of the innermost open element of that name; 0: none.
+/// Returns the depth of the innermost open element that an end tag of that name ends; 0 if there is none.
 int CTreeBuilder::FindOpen(const WCHAR* pName, int length)
 {
-    constexpr int triedFirst = 16; // where nearly every search ends
-    int depth = m_at.depth;
-    const int outermostTried = std::max(depth - triedFirst, 0);
-    while (depth > outermostTried && !IsNamed(m_open[static_cast<size_t>(depth)], pName, length))
+    constexpr int comparedFirst = 16; // nearly every search ends here
+    int depth = m_walk.depth;
+    const int outermostCompared = std::max(depth - comparedFirst, 0);
+    while (depth > outermostCompared && !IsNamed(m_open[static_cast<size_t>(depth)], pName, length))
         --depth;
-    if (depth != outermostTried || depth == 0)
+    if (depth != outermostCompared || depth == 0)
         return depth;
-    const std::span<const int> open(m_open.data() + 1, static_cast<size_t>(m_at.depth));
+    const std::span<const int> open(m_open.data() + 1, static_cast<size_t>(m_walk.depth));
     m_openNames.Follow(open, [this](int index) { return NameOf(index); });
     return m_openNames.FindInnermost({pName, static_cast<size_t>(length)});
 }
 
-/// As NameMatches has it, with the name in the element's start tag. It is no NUL that ends this one.
+/// Whether an end tag of that name ends the element, as COpenNames has it.
 bool CTreeBuilder::IsNamed(int index, const WCHAR* pName, int length)
 {
-    const WCHAR* const pOwnName = NameAt(index);
-    if (wcsncmp(pName, pOwnName, static_cast<size_t>(length)) != 0)
-        return false;
-    const WCHAR behind = pOwnName[length];
-    return EndsTagName(behind) || behind == TEXT('=') || behind == TEXT('[') || behind == TEXT(']');
+    const WCHAR* const pOwnName = m_pText + At(index).start + 1;
+    return wcsncmp(pName, pOwnName, static_cast<size_t>(length)) == 0 &&
+           IsIn(pOwnName[length], EndsTagName | EndsRequestedName);
 }
 
 COpenNames::Name CTreeBuilder::NameOf(int index)
 {
-    const WCHAR* const pName = NameAt(index);
-    int length = 0;
-    while (!EndsTagName(pName[length]))
-        ++length;
-    return {pName, static_cast<size_t>(length)};
+    const WCHAR* const pName = m_pText + At(index).start + 1;
+    const WCHAR* pEnd = pName;
+    while (!IsIn(*pEnd, EndsTagName))
+        ++pEnd;
+    return {pName, static_cast<size_t>(pEnd - pName)};
 }
 
 void CTreeBuilder::EndText()
 {
-    if (m_at.depth != 0 && Result().IsEmpty())
-        Result().Format(TEXT("Element '%s' at offset %d not ended"), TextOf(Innermost(m_at)).GetString(),
-                        At(Innermost(m_at)).start);
+    const XmlElementPosition& innermost = At(Innermost(m_walk));
+    if (m_walk.depth != 0)
+        RecordFault(innermost.start,
+                    [&]
+                    {
+                        CString message;
+                        message.Format(TEXT("Element '%s' at offset %d not ended"),
+                                       NameText(Innermost(m_walk)).GetString(), innermost.start);
+                        return message;
+                    });
     CloseUnended(0);
-    CloseChain();
+    CloseChildren();
 }
 
-/// Closes, from the innermost out, the open elements inside heir, which takes over all their children.
+/// Closes the open elements inside heir, innermost first. heir takes over all their children.
 void CTreeBuilder::CloseUnended(int heir)
 {
-    if (Innermost(m_at) != heir)
-        At(0).levelAndFlags |= DocumentIllFormedFlag;
-    while (Innermost(m_at) != heir)
+    while (Innermost(m_walk) != heir)
     {
-        CloseChain();
-        HandOver(Innermost(m_at), heir);
-        GoUp(m_at);
+        CloseChildren();
+        HandOver(Innermost(m_walk), heir);
+        LeaveElement(m_walk);
     }
 }
 
-/// The parent's first child learns who is the last.
-void CTreeBuilder::CloseChain()
+/// Stores the last child of the innermost open element in its first.
+void CTreeBuilder::CloseChildren()
 {
-    if (const int firstChild = At(Innermost(m_at)).firstChild)
-        At(firstChild).prevSibling = m_at.lastChild;
+    if (const int firstChild = At(Innermost(m_walk)).firstChild)
+        At(firstChild).prevSibling = m_walk.lastChild;
 }
 
-/// Makes an unended element childless: its children follow it among its siblings. It is the last of these, and heir
-/// will be the parent of them all. Only its own children are walked: what an inner unended element handed over hangs
-/// behind the last of them, and has its parent already. So a deep damaged text costs no more than a flat one.
-/// Moved elements keep level and FirstChildFlag, and heir's first child does not learn of the new last sibling: nothing
-/// is appended to that chain any more.
+/// Moves the children of an unended element to the place after it among its siblings, of which it is the last; heir
+/// becomes the parent of them all. Walks only the element's own children: what an inner unended element handed over
+/// follows the last of them and already has its parent. So a deep damaged text costs no more than a flat one.
+/// Moved elements keep their level and FirstChildFlag. heir's first child does not get the new last sibling, as nothing
+/// more is appended to that chain.
 void CTreeBuilder::HandOver(int index, int heir)
 {
     XmlElementPosition& element = At(index);
@@ -408,10 +379,16 @@ void CTreeBuilder::HandOver(int index, int heir)
     At(lastChild).parent = heir;
 }
 
-void CTreeBuilder::RecordFault()
+/// Marks the document as ill-formed. Keeps the first message and its offset: after one broken tag nearly everything
+/// looks broken.
+template <typename MakeMessage>
+void CTreeBuilder::RecordFault(int offset, MakeMessage makeMessage)
 {
     At(0).levelAndFlags |= DocumentIllFormedFlag;
-    At(Innermost(m_at)).levelAndFlags |= IllFormedFlag;
+    if (!m_document.m_result.IsEmpty())
+        return;
+    m_document.m_result = makeMessage();
+    m_document.m_faultOffset = offset;
 }
 } // namespace
 
@@ -420,6 +397,6 @@ int CXmlDocument::ParseElements(XmlScanner& scanner)
     m_result.Empty();
     scanner.next = 0;
     const int first = m_usedPositions;
-    CTreeBuilder(*this, scanner).Build();
+    CTreeBuilder(*this, scanner, m_unitCount).Build();
     return m_usedPositions > first ? first : 0;
 }

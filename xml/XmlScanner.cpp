@@ -1,16 +1,18 @@
 #include "xml/XmlScanner.h"
 
+#include "xml/XmlNames.h"
+
 namespace
 {
 /// How a piece of markup ended.
 enum class Ending
 {
-    Closed,   ///< as it should; the scanner stands behind it
-    AtLess,   ///< a broken one, at the < of the next
+    Closed,   ///< as it should; m_next is after it
+    AtLess,   ///< broken, and m_next is at the < of the next node
     EndOfText ///< not at all
 };
 
-/// Reads one node. A node of a well-formed text is as XML has it; broken ones end early enough for the walk to go on.
+/// Reads one node: a node of a well-formed text by the rules of XML, a broken one so that reading can go on after it.
 class CNodeReader
 {
 public:
@@ -39,7 +41,6 @@ private:
     void SkipName();
     Ending SkipQuotable();
     Ending SkipPast(const WCHAR* pTerminator);
-    bool EndsInSlash(int nameEnd) const;
     const WCHAR* UnterminatedLabel() const;
 
     XmlScanner& m_scanner;
@@ -63,10 +64,10 @@ int CNodeReader::Read()
     return NodeError;
 }
 
-// A > ends a text too, unless it is the first unit behind the white space; the text behind it is a node of its own.
+// A > ends the text too, unless it is the first unit after the white space; what follows is another node.
 int CNodeReader::ReadText()
 {
-    while (IsXmlSpace(Unit()))
+    while (IsIn(Unit(), XmlSpace))
         ++m_next;
     if (Unit() == 0 || Unit() == TEXT('<'))
         return NodeWhitespace;
@@ -77,7 +78,7 @@ int CNodeReader::ReadText()
     return NodeText;
 }
 
-/// From behind the <.
+/// Continues after the <.
 Ending CNodeReader::ReadMarkup()
 {
     const WCHAR unit = Unit();
@@ -99,7 +100,7 @@ Ending CNodeReader::ReadMarkup()
     }
 }
 
-/// From behind the first unit of the name.
+/// Continues after the first unit of the name.
 Ending CNodeReader::ReadElement()
 {
     m_type = NodeElement;
@@ -108,7 +109,7 @@ Ending CNodeReader::ReadElement()
     const int nameEnd = m_next;
     m_entry.name.SetString(m_pText + nameStart, nameEnd - nameStart);
     const Ending ending = SkipQuotable();
-    if (ending == Ending::Closed && EndsInSlash(nameEnd))
+    if (ending == Ending::Closed && IsEmptyElementTag(m_pText, nameEnd, m_next - 1))
         m_entry.flags |= EmptyElementFlag;
     return ending;
 }
@@ -134,7 +135,7 @@ Ending CNodeReader::ReadProcessingInstruction()
     return SkipPast(TEXT("?>"));
 }
 
-/// From behind "<!". A doctype holds no further doctype and no CDATA section.
+/// Continues after "<!". A doctype holds no further doctype and no CDATA section.
 Ending CNodeReader::ReadDeclaration()
 {
     const WCHAR unit = Unit();
@@ -159,7 +160,7 @@ Ending CNodeReader::ReadDeclaration()
     }
 }
 
-/// From behind "<!-".
+/// Continues after "<!-".
 Ending CNodeReader::ReadComment()
 {
     const WCHAR unit = Unit();
@@ -172,7 +173,7 @@ Ending CNodeReader::ReadComment()
     return SkipPast(TEXT("-->"));
 }
 
-/// From behind "<![". The word that follows is not looked at beyond its first letter.
+/// Continues after "<![". Of the word that follows only the first letter counts.
 Ending CNodeReader::ReadCData()
 {
     const WCHAR unit = Unit();
@@ -185,12 +186,12 @@ Ending CNodeReader::ReadCData()
     return SkipPast(TEXT("]]>"));
 }
 
-/// From behind "<!D". Markup inside is skipped as markup, so that a > in it does not end the doctype. ReadMarkup comes
-/// back here at most once: inside a doctype no further one opens.
+/// Continues after "<!D". Skips markup inside as markup, so that a > in it does not end the doctype. ReadMarkup calls
+/// this again at most once, as no doctype opens inside a doctype.
 Ending CNodeReader::ReadDoctype()
 {
     m_inDoctype = true;
-    for (; Unit() != TEXT('>');)
+    while (Unit() != TEXT('>'))
     {
         if (Unit() == 0)
             return Ending::EndOfText;
@@ -205,7 +206,7 @@ Ending CNodeReader::ReadDoctype()
     return Ending::Closed;
 }
 
-/// From behind the unit that cannot stand there. What follows is skipped up to a > outside quotes or to the next <.
+/// Continues after the unit that is not allowed there. Skips what follows up to a > outside quotes or to the next <.
 Ending CNodeReader::ReadBroken(const WCHAR* pWhat)
 {
     m_type = NodeError;
@@ -215,11 +216,11 @@ Ending CNodeReader::ReadBroken(const WCHAR* pWhat)
 
 void CNodeReader::SkipName()
 {
-    while (Unit() != 0 && !EndsTagName(Unit()))
+    while (!IsIn(Unit(), EndsTagName))
         ++m_next;
 }
 
-/// Behind the next > outside quotes. Only a broken node ends at a <, and there quotes do not protect it.
+/// Skips to after the next > outside quotes. A broken node, and only that, also ends at a <, inside quotes or not.
 Ending CNodeReader::SkipQuotable()
 {
     WCHAR quote = 0;
@@ -230,7 +231,7 @@ Ending CNodeReader::SkipQuotable()
             return Ending::AtLess;
         if (quote != 0)
             quote = unit == quote ? WCHAR{0} : quote;
-        else if (unit == TEXT('"') || unit == TEXT('\''))
+        else if (IsIn(unit, XmlQuote))
             quote = unit;
         else if (unit == TEXT('>'))
         {
@@ -241,9 +242,9 @@ Ending CNodeReader::SkipQuotable()
     return Ending::EndOfText;
 }
 
-/// Behind the next > before which the terminator's other units stand. They may be units of the opening: "<!-->" is a
-/// comment. At the very start of the text, though, where the terminator just fits in front, a > does not count: "<?>"
-/// there is no processing instruction.
+/// Skips to after the next > that completes the terminator. The units in front of the > may belong to the opening:
+/// "<!-->" is a comment. But a > so near the start of the text that the terminator has only just room does not count:
+/// "<?>" is no processing instruction there.
 Ending CNodeReader::SkipPast(const WCHAR* pTerminator)
 {
     const int length = static_cast<int>(wcslen(pTerminator));
@@ -257,17 +258,6 @@ Ending CNodeReader::SkipPast(const WCHAR* pTerminator)
         return Ending::Closed;
     }
     return Ending::EndOfText;
-}
-
-/// Behind a closed start tag: a / before the > counts directly behind the name, white space or a quote only, so that
-/// the unquoted value of "<a href=x/>" keeps its slash.
-bool CNodeReader::EndsInSlash(int nameEnd) const
-{
-    const int slash = m_next - 2;
-    if (slash < nameEnd || m_pText[slash] != TEXT('/'))
-        return false;
-    const WCHAR before = m_pText[slash - 1];
-    return slash == nameEnd || IsXmlSpace(before) || before == TEXT('"') || before == TEXT('\'');
 }
 
 const WCHAR* CNodeReader::UnterminatedLabel() const

@@ -118,10 +118,11 @@ VELTRANO_TARGET_AVX2 size_t DecodeBlocks(const WCHAR* pValue, size_t length, WCH
     const __m256i highHalves = TwiceTable(_mm_setr_epi8(16, 16, 1, 2, 4, 8, 4, 8, 16, 16, 16, 16, 16, 16, 16, 16));
     const __m256i gather = TwiceTable(_mm_setr_epi8(2, 1, 0, 6, 5, 4, 10, 9, 8, 14, 13, 12, -1, -1, -1, -1));
     const __m256i nibble = _mm256_set1_epi8(0x0F);
+    const int distance = PrefetchDistance();
     size_t taken = 0;
     while (taken + 16 <= length)
     {
-        FetchAhead(pValue + taken);
+        PrefetchBlock(pValue + taken, distance);
         bool isTwice = taken + 32 <= length;
         const __m256i characters = PackUnits(pValue + taken, pValue + taken + (isTwice ? 16 : 0));
         const __m256i high = _mm256_and_si256(_mm256_srli_epi32(characters, 4), nibble);
@@ -176,6 +177,13 @@ bool AppendAsciiValue(const WCHAR* pText, size_t length, CString& target)
     }
     target.ReleaseBufferSetLength(target.GetLength() + (isPlain ? static_cast<int>(valueLength) : 0));
     return isPlain;
+}
+
+size_t LengthOfBase64Run(const WCHAR* pValue, size_t length)
+{
+    const WCHAR* const pEnd = pValue + length;
+    return static_cast<size_t>(std::find_if(pValue, pEnd, [](WCHAR unit) { return ValueOf(unit) == Foreign; }) -
+                               pValue);
 }
 
 std::optional<size_t> DecodeAsciiText(const WCHAR* pValue, size_t length, CString& text)

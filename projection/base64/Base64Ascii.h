@@ -9,6 +9,9 @@
 /// target is then unchanged.
 bool AppendAsciiValue(const WCHAR* pText, size_t length, CString& target);
 
+/// Returns how many units at the start are in the base64 alphabet.
+size_t LengthOfBase64Run(const WCHAR* pValue, size_t length);
+
 /// Sets text to what the base64 run at the start of length units decodes to, and returns where the run ends. None if a
 /// decoded byte is not ASCII or NUL, which may begin a tail; text is then unchanged.
 std::optional<size_t> DecodeAsciiText(const WCHAR* pValue, size_t length, CString& text);

@@ -1,12 +1,12 @@
 #pragma once
-/// The two kinds of attributes that the module's own XML has, read from a document's current element. What they give is
-/// what GetAttribute and the conversion would, but a value that holds no reference is converted where it stands.
+/// The two kinds of attributes in the module's own XML, read from a document's current element. The results are those
+/// of GetAttribute and the conversion, but a value without references is converted straight from the text.
 #include <afxstr.h>
 
 class CXmlDocument;
 
-/// The text of an attribute in base64, as DecodeTextValue has it.
+/// Returns the text of an attribute in base64, as DecodeTextValue.
 CString GetTextAttribute(const CXmlDocument& document, const WCHAR* pName);
 
-/// A decimal number, as DecimalToInt has it.
+/// Returns the number of an attribute in decimal, as DecimalToInt.
 int GetNumberAttribute(const CXmlDocument& document, const WCHAR* pName);

@@ -1,11 +1,13 @@
 // Texts in blocks of exactly their own size, with a page behind them that nobody may touch: a read behind the end
 // breaks the program in every build, also where no sanitizer runs.
+#include "platform/compiler.h"
 #include "projection/base64/Base64.h"
 #include "projection/base64/Base64Ascii.h"
 #include "uistrings/TextFileReader.h"
+#include "xml/XmlAttributes.h"
 #include "xml/XmlDocument.h"
-#include "xml/fast/XmlPlainAttributes.h"
-#include "xml/fast/XmlTagEnds.h"
+#include "xml/XmlNames.h"
+#include "xml/fast/XmlTagIndex.h"
 
 #include <gtest/gtest.h>
 
@@ -78,7 +80,7 @@ const WString s_document = TEXT("<r><tag aa=\"a value > of some length\" bb='&am
 
 TEST_F(Guarded, TheParserAndItsSearches)
 {
-    const auto forms = {&s_sse2Steps, HasAvx2() ? &s_avx2Steps : &s_sse2Steps};
+    const auto forms = {&s_sse2Loops, HasAvx2() ? &s_avx2Loops : &s_sse2Loops};
     for (size_t length = 0; length <= s_document.size(); ++length)
     {
         const WString text = s_document.substr(0, length);
@@ -97,22 +99,22 @@ TEST_F(Guarded, TheParserAndItsSearches)
             XmlScanner attribute{.next = tagName, .text = pText};
             if (ScanAttribute(attribute, name.c_str()))
                 DecodeEntities(pText + attribute.first, attribute.last - attribute.first + 1);
-            for (const XmlVectorSteps* pSteps : forms)
-                pSteps->pFindAttribute(pText, count, tagName, name.c_str());
+            for (const XmlVectorLoops* pSteps : forms)
+                pSteps->pFindAttribute(pText, count, tagName, FirstToken(name.c_str()));
         }
 
         const WCHAR* pUnits = m_room.Put(text.c_str(), length); // these know the length, and need no NUL
         for (int from = 0; from <= count; ++from)
         {
-            for (const XmlVectorSteps* pSteps : forms)
+            for (const XmlVectorLoops* pSteps : forms)
             {
                 pSteps->pFindUnit(pUnits, from, count, TEXT('^'));
-                KnownBlocks known;
-                pSteps->pReadBlocks(pUnits + from, (count - from) / UnitsPerBlock, known);
+                XmlTagBlocks known;
+                pSteps->pIndexBlocks(pUnits + from, (count - from) / UnitsPerBlock, known);
                 pSteps->pCopyValue(pUnits + from, count - from, WString(length, 0).data());
             }
             FindUnit(pUnits, from, count, TEXT('^'));
-            FindNameEnd(pUnits, from, count);
+            FindTagNameEnd(pUnits, from, count);
         }
     }
 }

@@ -1,12 +1,10 @@
-// The module's document and its plain second form must agree in everything that can be seen of them, on texts of all
-// kinds of damage. A failure names the text, cut down as far as the difference stays, as a literal to paste into a
-// test.
-#include "tests/reference/PlainXml.h"
-#include "xml/XmlDocument.h"
+// The module's document and its plain second form must agree in all that can be seen of them, on texts of all kinds of
+// damage and with every version of the hot loops. A failure names the text, as short as the difference allows, as a
+// literal to paste into a test.
+#include "tests/reference/BothForms.h"
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <random>
 
 namespace
@@ -14,7 +12,7 @@ namespace
 #ifdef __SANITIZE_ADDRESS__
 constexpr int s_effort = 1;
 #else
-constexpr int s_effort = 12; // as many times what is tried under the sanitizers
+constexpr int s_effort = 8; // times what is tried under the sanitizers
 #endif
 
 // The pieces of a list in which `|` separates them.
@@ -28,122 +26,6 @@ std::vector<WString> Split(const WString& list)
             pieces.back() += c;
     return pieces;
 }
-
-std::string Printable(const WString& text)
-{
-    std::string result;
-    for (const WCHAR c : text)
-    {
-        char hex[16];
-        std::snprintf(hex, sizeof hex, "\\x%x\" \"", static_cast<unsigned>(c));
-        result += c < 0x20 || c > 0x7E ? hex : std::string(c == '"' || c == '\\', '\\') + static_cast<char>(c);
-    }
-    return "\"" + result + "\"";
-}
-
-WString Units(const CString& text)
-{
-    return WString(text.GetString(), static_cast<size_t>(text.GetLength()));
-}
-
-class CBothForms
-{
-public:
-    // Parses, twice, so that the table and the messages of the first time are there at the second, and walks.
-    // Empty if the two agree, else the first thing in which they differ.
-    std::string Compare(const WString& text)
-    {
-        const bool endsEarly = text.find(WCHAR(0)) != WString::npos; // no text for SetText
-        m_engine.m_text = CString(text.c_str(), static_cast<int>(text.size()));
-        m_plain.m_text = text;
-        if (endsEarly)
-            Same("Parse", m_engine.Parse(), m_plain.Parse());
-        else
-            Same("SetText", m_engine.SetText(text.c_str()), m_plain.SetText(text.c_str()));
-        CompareTables();
-        Same("Parse again", m_engine.Parse(), m_plain.Parse());
-        CompareTables();
-        Walk();
-        const auto half = static_cast<int>(text.size() / 2); // cuts through references
-        SameText("DecodeEntities", DecodeEntities(text.c_str(), half), CPlainXml::DecodeEntities(text.c_str(), half));
-        return m_difference;
-    }
-
-private:
-    void CompareTables()
-    {
-        SameText("m_text", m_engine.m_text, m_plain.m_text);
-        SameText("m_result", m_engine.m_result, m_plain.m_result);
-        Same("m_capacity", m_engine.m_capacity, m_plain.m_capacity);
-        Same("m_segmentSlots", m_engine.m_segmentSlots, m_plain.m_segmentSlots);
-        Same("m_usedPositions", m_engine.m_usedPositions, static_cast<int>(m_plain.m_records.size()));
-        CompareCursors();
-        const auto fields = [](const auto& r)
-        {
-            return std::array<int64_t, 8>{r.start,  r.length,     r.tagLengths,  r.levelAndFlags,
-                                          r.parent, r.firstChild, r.nextSibling, r.prevSibling};
-        };
-        const char* const names[] = {"start",  "length",     "tagLengths",  "levelAndFlags",
-                                     "parent", "firstChild", "nextSibling", "prevSibling"};
-        for (int i = 0; m_difference.empty() && i < m_engine.m_usedPositions; ++i)
-            for (size_t field = 0; field < 8; ++field)
-                if (const auto mine = fields(m_engine.At(i))[field], other = fields(m_plain.m_records[i])[field];
-                    mine != other)
-                    Same(("record " + std::to_string(i) + " " + names[field]).c_str(), mine, other);
-    }
-
-    // From every element, in a long table from some: its attributes, and its children, by each name.
-    void Walk()
-    {
-        static constexpr const WCHAR* s_names[] = {TEXT("a"),        TEXT("a[1]"),          TEXT("b="),
-                                                   TEXT("\u00FC x"), TEXT("b\u00FC"),       TEXT(""),
-                                                   TEXT("a\"b"),     TEXT("longerName[0]"), nullptr};
-        const int used = m_engine.m_usedPositions;
-        for (int i = 0; m_difference.empty() && i < used; i += used / 40 + 1)
-            for (const WCHAR* pName : s_names)
-            {
-                m_engine.m_parentPos = m_plain.m_parentPos = m_plain.m_records[i].parent;
-                m_engine.m_currentPos = m_plain.m_currentPos = i;
-                m_engine.m_nodeType = m_plain.m_nodeType = i == 0 ? 0 : 1;
-                SameText("GetAttribute", m_engine.GetAttribute(pName), m_plain.GetAttribute(pName));
-                SameText("GetAttributeAt", m_engine.GetAttributeAt(used - 1, pName),
-                         m_plain.GetAttributeAt(used - 1, pName));
-                m_engine.EnterElement();
-                m_plain.EnterElement();
-                CompareCursors();
-                bool found = true;
-                for (int count = 0; found && count < 20; ++count)
-                {
-                    found = m_engine.FindElement(pName);
-                    Same("FindElement", found, m_plain.FindElement(pName));
-                    CompareCursors();
-                }
-            }
-    }
-
-    void CompareCursors()
-    {
-        Same("m_parentPos", m_engine.m_parentPos, m_plain.m_parentPos);
-        Same("m_currentPos", m_engine.m_currentPos, m_plain.m_currentPos);
-        Same("m_nodeType", m_engine.m_nodeType, m_plain.m_nodeType);
-    }
-
-    void Same(const char* pWhat, int64_t engine, int64_t plain)
-    {
-        if (engine != plain && m_difference.empty())
-            m_difference = pWhat + (": " + std::to_string(engine)) + " in the module, plainly " + std::to_string(plain);
-    }
-
-    void SameText(const char* pWhat, const CString& engine, const WString& plain)
-    {
-        if (m_difference.empty() && Units(engine) != plain)
-            m_difference = pWhat + (": " + Printable(Units(engine))) + " in the module, plainly " + Printable(plain);
-    }
-
-    CXmlDocument m_engine;
-    CPlainXml m_plain;
-    std::string m_difference;
-};
 
 // False, and a failure, if they differ. A long text is not cut down, since that takes a parse for each try.
 bool Agree(CBothForms& forms, WString text)

@@ -1,4 +1,5 @@
 #include "tests/support/Readable.h"
+#include "xml/XmlAttributes.h"
 
 #include <sstream>
 

@@ -87,20 +87,6 @@ void FindPlace(const CString& text, int offset, int& line, int& column)
 void CStorageReader::FindFault()
 {
     m_fault.message = m_document.m_result;
-    m_fault.offset = FaultOffset();
+    m_fault.offset = m_document.m_faultOffset;
     FindPlace(m_document.m_text, m_fault.offset, m_fault.line, m_fault.column);
-}
-
-/// The parser names the place in its message, but for what concerns the document as a whole.
-int CStorageReader::FaultOffset() const
-{
-    const WString message = m_document.m_result.GetString();
-    const WString mark = TEXT(" at offset ");
-    // The name of a tag stands in the message too, before the offset, and could hold the mark itself.
-    const size_t at = message.rfind(mark, message.find(TEXT(" does not match start tag ")));
-    if (at != WString::npos)
-        return std::min(_wtoi(message.c_str() + at + mark.size()), m_document.m_text.GetLength());
-    const int root = m_document.At(0).firstChild;
-    const int second = root == 0 ? 0 : m_document.At(root).nextSibling;
-    return second == 0 ? 0 : m_document.At(second).start;
 }

@@ -35,7 +35,6 @@ public:
 private:
     bool ReadText(const WString& path);
     void FindFault();
-    int FaultOffset() const;
 
     CXmlDocument m_document;
     bool m_isFaultless = false;

@@ -1,121 +1,73 @@
-#include "xml/fast/XmlPlainTag.h"
-#include "xml/fast/XmlTagEnds.h"
+#include "xml/fast/XmlVectorLoops.h"
 
 namespace
 {
-/// A block, its units packed to bytes as PackUnits has it.
-struct PackedBlock
+class CSse2Block
 {
-    explicit PackedBlock(const WCHAR* pUnits)
-        : parts{PackUnits(pUnits), PackUnits(pUnits + 16), PackUnits(pUnits + 32), PackUnits(pUnits + 48)}
+public:
+    explicit CSse2Block(const WCHAR* pUnits)
+        : m_pUnits(pUnits),
+          m_bytes{PackUnits(pUnits), PackUnits(pUnits + 16), PackUnits(pUnits + 32), PackUnits(pUnits + 48)}
     {
     }
 
-    uint64_t Marks(WCHAR unit) const
+    template <typename... Units>
+    uint64_t Bits(Units... units) const
     {
-        const __m128i wanted = _mm_set1_epi8(static_cast<char>(unit));
-        uint64_t marks = 0;
-        for (int i = 3; i >= 0; --i)
-            marks = marks << 16 | MarksOf(_mm_cmpeq_epi8(parts[i], wanted));
-        return marks;
+        return Join([=, this](int quarter) { return Equals(m_bytes[quarter], units...); });
+    }
+    template <char... units>
+    uint64_t BitsByTable() const
+    {
+        return Bits(units...);
+    }
+    uint64_t NulBits() const
+    {
+        const auto nuls = [this](int half) {
+            return _mm_cmpeq_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(m_pUnits) + half),
+                                   _mm_setzero_si128());
+        };
+        return Join([&](int i) { return _mm_packs_epi16(nuls(2 * i), nuls(2 * i + 1)); });
     }
 
-    /// Whether a unit of that value stands in it, or anything that may be a NUL.
-    bool MayHold(WCHAR unit) const
+    template <typename... Units>
+    bool MayContain(Units... units) const
     {
-        const __m128i wanted = _mm_set1_epi8(static_cast<char>(unit));
-        const __m128i found =
-            _mm_or_si128(_mm_or_si128(_mm_cmpeq_epi8(parts[0], wanted), _mm_cmpeq_epi8(parts[1], wanted)),
-                         _mm_or_si128(_mm_cmpeq_epi8(parts[2], wanted), _mm_cmpeq_epi8(parts[3], wanted)));
-        const __m128i least = _mm_min_epu8(_mm_min_epu8(parts[0], parts[1]), _mm_min_epu8(parts[2], parts[3]));
-        return MarksOf(_mm_or_si128(found, _mm_cmpeq_epi8(least, _mm_setzero_si128()))) != 0;
+        const __m128i least = _mm_min_epu8(_mm_min_epu8(m_bytes[0], m_bytes[1]), _mm_min_epu8(m_bytes[2], m_bytes[3]));
+        __m128i found = _mm_cmpeq_epi8(least, _mm_setzero_si128());
+        for (const __m128i bytes : m_bytes)
+            found = _mm_or_si128(found, Equals(bytes, units...));
+        return BitsOf(found) != 0;
     }
 
-    __m128i parts[4];
+    void CopyTo(WCHAR* pTo) const { std::memcpy(pTo, m_pUnits, UnitsPerBlock * sizeof(WCHAR)); }
+
+    static uint64_t PrefixXor(uint64_t bits)
+    {
+        for (int shift = 1; shift < UnitsPerBlock; shift *= 2)
+            bits ^= bits << shift;
+        return bits;
+    }
+
+private:
+    template <typename... Units>
+    static __m128i Equals([[maybe_unused]] __m128i bytes, Units... units)
+    {
+        __m128i found = _mm_setzero_si128();
+        ((found = _mm_or_si128(found, _mm_cmpeq_epi8(bytes, _mm_set1_epi8(static_cast<char>(units))))), ...);
+        return found;
+    }
+    template <typename QuarterOf>
+    static uint64_t Join(QuarterOf quarterOf)
+    {
+        return BitsOf(quarterOf(0)) | BitsOf(quarterOf(1)) << 16 |
+               static_cast<uint64_t>(BitsOf(quarterOf(2)) | BitsOf(quarterOf(3)) << 16) << 32;
+    }
+
+    const WCHAR* m_pUnits;
+    __m128i m_bytes[4]; ///< as PackUnits
 };
-
-int FindUnitSse2(const WCHAR* pText, int from, int length, WCHAR unit)
-{
-    for (; length - from >= UnitsPerBlock; from += UnitsPerBlock)
-    {
-        FetchAhead(pText + from);
-        const PackedBlock block(pText + from);
-        if (!block.MayHold(unit))
-            continue;
-        for (uint64_t marks = block.Marks(unit) | block.Marks(0); marks != 0; marks &= marks - 1)
-        {
-            const int at = from + std::countr_zero(marks);
-            if (pText[at] == unit || pText[at] == 0)
-                return at;
-        }
-    }
-    while (from < length && pText[from] != unit && pText[from] != 0)
-        ++from;
-    return from;
-}
-
-bool HasNul(const WCHAR* pUnits, uint64_t mayBe)
-{
-    for (; mayBe != 0; mayBe &= mayBe - 1)
-        if (pUnits[std::countr_zero(mayBe)] == 0)
-            return true;
-    return false;
-}
-
-void ReadBlocksSse2(const WCHAR* pBlocks, int count, KnownBlocks& known)
-{
-    CBlockCollector collector(known);
-    for (int i = 0; i < count; ++i, pBlocks += UnitsPerBlock)
-    {
-        FetchAhead(pBlocks);
-        const PackedBlock block(pBlocks);
-        uint64_t singles = 0;
-        if (block.MayHold(TEXT('\''))) // one look will do for both, which are rare
-        {
-            if (HasNul(pBlocks, block.Marks(0)))
-                break;
-            singles = block.Marks(TEXT('\''));
-        }
-        const uint64_t doubles = block.Marks(TEXT('"'));
-        collector.Add({doubles, PrefixXor(doubles), singles, block.Marks(TEXT('>'))});
-    }
-    collector.Finish();
-}
-
-bool MarkTagSse2(const WCHAR* pBlock, WCHAR first, WCHAR last, TagMarks& marks)
-{
-    const PackedBlock block(pBlock);
-    if (block.MayHold(0))
-        return false;
-    marks.doubles = block.Marks(TEXT('"'));
-    marks.inside = PrefixXor(marks.doubles);
-    marks.equals = block.Marks(TEXT('='));
-    marks.stops = block.Marks(TEXT('>')) | block.Marks(TEXT('/')) | block.Marks(TEXT('?')) | block.Marks(TEXT('\''));
-    marks.firsts = block.Marks(first);
-    marks.lasts = block.Marks(last);
-    return true;
-}
-
-PlainAttribute FindAttributeSse2(const WCHAR* pText, int length, int tagName, const WCHAR* pName)
-{
-    return FindInPlainTag<MarkTagSse2>(pText, length, tagName, pName);
-}
-
-int CopyValueSse2(const WCHAR* pFrom, int length, WCHAR* pTo)
-{
-    int count = 0;
-    for (; length - count >= UnitsPerBlock; count += UnitsPerBlock)
-    {
-        FetchAhead(pFrom + count);
-        const PackedBlock block(pFrom + count);
-        const int end = count + UnitsPerBlock;
-        if (!block.MayHold(TEXT('"')) && !block.MayHold(TEXT('&')))
-            std::memcpy(pTo + count, pFrom + count, UnitsPerBlock * sizeof(WCHAR));
-        else if (const int stop = CopyValueUnits(pFrom, count, end, pTo); stop < end)
-            return stop;
-    }
-    return CopyValueUnits(pFrom, count, length, pTo);
-}
 } // namespace
 
-const XmlVectorSteps s_sse2Steps{FindUnitSse2, ReadBlocksSse2, FindAttributeSse2, CopyValueSse2};
+const XmlVectorLoops s_sse2Loops{FindUnitInBlocks<CSse2Block>, IndexTagBlocks<CSse2Block>,
+                                 FindAttributeInBlocks<CSse2Block>, CopyValueInBlocks<CSse2Block>};
