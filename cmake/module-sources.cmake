@@ -17,6 +17,7 @@ set(VELTRANO_MODULE_SOURCES
     uistrings/TextFile.cpp
     uistrings/TextFileReader.cpp
     uistrings/UIStrings.cpp
+    xml/XmlAttributeReader.cpp
     xml/XmlAttributes.cpp
     xml/XmlDocument.cpp
     xml/XmlFile.cpp

@@ -2,7 +2,7 @@
 
 #include "configuration/ConfigurationElement.h"
 #include "projection/base64/StoredAttribute.h"
-#include "xml/XmlDocument.h"
+#include "xml/XmlAttributeReader.h"
 #include "xml/XmlFile.h"
 
 #include <algorithm>
@@ -77,8 +77,9 @@ int ReplaceRecords(CStorage& storage, std::basic_string_view<WCHAR> xml)
     while (document.FindElement(TEXT("configuration")))
     {
         auto pConfiguration = boost::make_shared<CConfiguration>();
-        ConfigurationFields::Id(*pConfiguration) = GetTextAttribute(document, TEXT("id"));
-        ConfigurationFields::Cfg(*pConfiguration) = GetTextAttribute(document, TEXT("cfg"));
+        CXmlAttributeReader attributes(document);
+        ConfigurationFields::Id(*pConfiguration) = ReadTextAttribute(attributes, TEXT("id"));
+        ConfigurationFields::Cfg(*pConfiguration) = ReadTextAttribute(attributes, TEXT("cfg"));
         order.Add(ConfigurationFields::Id(*pConfiguration));
         records.push_back(std::move(pConfiguration));
     }

@@ -2,18 +2,93 @@
 
 #include "projection/base64/Base64.h"
 #include "projection/base64/StoredAttribute.h"
-#include "xml/XmlDocument.h"
+#include "xml/XmlAttributeReader.h"
 
+#include <algorithm>
 #include <boost/make_shared.hpp>
+#include <charconv>
+#include <climits>
+#include <iterator>
+#include <limits>
+#include <string_view>
 #include <utility>
+
+namespace
+{
+using Units = std::basic_string_view<WCHAR>;
+
+// An element without texts and with numbers of one digit.
+constexpr Units ShortestElement =
+    TEXT("<projectionDefinition name=\"\" showInLS=\"0\" showInCS=\"0\" showInEditor=\"0\" layerName=\"\" ")
+        TEXT("entityId=\"\" isActive=\"0\" />");
+constexpr Units Start = TEXT("<projectionDefinition");
+constexpr Units Name = TEXT("name");
+constexpr Units ShowInLS = TEXT("showInLS");
+constexpr Units ShowInCS = TEXT("showInCS");
+constexpr Units ShowInEditor = TEXT("showInEditor");
+constexpr Units LayerName = TEXT("layerName");
+constexpr Units EntityId = TEXT("entityId");
+constexpr Units IsActive = TEXT("isActive");
+constexpr Units End = TEXT(" />");
+constexpr Units RegistryStart = TEXT("<projectionRegistry>");
+constexpr Units RegistryEnd = TEXT("</projectionRegistry>");
+
+void Append(Units units, CString& target)
+{
+    target.Append(units.data(), static_cast<int>(units.size()));
+}
+
+void AppendAttributeStart(Units name, CString& target)
+{
+    Append(TEXT(" "), target);
+    Append(name, target);
+    Append(TEXT("=\""), target);
+}
+
+void AppendText(Units name, const CString& text, CString& target)
+{
+    AppendAttributeStart(name, target);
+    AppendTextValue(text, target);
+    Append(TEXT("\""), target);
+}
+
+void AppendNumber(Units name, int number, CString& target)
+{
+    char digits[std::numeric_limits<int>::digits10 + 2];
+    const char* const pEnd = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
+    WCHAR units[std::size(digits)];
+    const WCHAR* const pUnitsEnd = std::copy(static_cast<const char*>(digits), pEnd, units);
+    AppendAttributeStart(name, target);
+    Append({units, pUnitsEnd}, target);
+    Append(TEXT("\""), target);
+}
+
+void AppendElement(const CProjectionDefinition& definition, CString& target)
+{
+    Append(Start, target);
+    AppendText(Name, definition.m_name, target);
+    AppendNumber(ShowInLS, definition.m_showInLS, target);
+    AppendNumber(ShowInCS, definition.m_showInCS, target);
+    AppendNumber(ShowInEditor, definition.m_showInEditor, target);
+    AppendText(LayerName, definition.m_layerName, target);
+    AppendText(EntityId, definition.m_entityId, target);
+    AppendNumber(IsActive, definition.m_isActive, target);
+    Append(End, target);
+}
+
+/// The length of the element with ASCII texts and numbers of one digit.
+size_t UsualLength(const CProjectionDefinition& definition)
+{
+    return ShortestElement.size() + LengthOfAsciiValue(definition.m_name) + LengthOfAsciiValue(definition.m_layerName) +
+           LengthOfAsciiValue(definition.m_entityId);
+}
+} // namespace
 
 CString CProjectionDefinition::GetXML()
 {
     CString element;
-    element.Format(TEXT("<projectionDefinition name=\"%s\" showInLS=\"%d\" showInCS=\"%d\" showInEditor=\"%d\" ")
-                       TEXT("layerName=\"%s\" entityId=\"%s\" isActive=\"%d\" />"),
-                   EncodeTextValue(m_name).GetString(), m_showInLS, m_showInCS, m_showInEditor,
-                   EncodeTextValue(m_layerName).GetString(), EncodeTextValue(m_entityId).GetString(), m_isActive);
+    element.GetBufferBehind(static_cast<int>(std::min<size_t>(UsualLength(*this), INT_MAX)));
+    AppendElement(*this, element);
     return element;
 }
 
@@ -24,10 +99,15 @@ CString CProjectionRegistry::GetConfigurationId()
 
 CString CProjectionRegistry::GetXML()
 {
-    CString text = TEXT("<projectionRegistry>");
+    size_t length = RegistryStart.size() + RegistryEnd.size();
     for (const auto& pDefinition : m_definitions)
-        text += pDefinition->GetXML();
-    text += TEXT("</projectionRegistry>");
+        length += UsualLength(*pDefinition);
+    CString text;
+    text.GetBufferBehind(static_cast<int>(std::min<size_t>(length, INT_MAX)));
+    Append(RegistryStart, text);
+    for (const auto& pDefinition : m_definitions)
+        AppendElement(*pDefinition, text);
+    Append(RegistryEnd, text);
     return text;
 }
 
@@ -43,15 +123,16 @@ int CProjectionRegistry::ParseXML(const WCHAR* pXml)
     document.EnterElement();
     while (document.FindElement(TEXT("projectionDefinition")))
     {
-        const auto pDefinition = boost::make_shared<CProjectionDefinition>();
-        pDefinition->m_name = GetTextAttribute(document, TEXT("name"));
-        pDefinition->m_showInLS = GetNumberAttribute(document, TEXT("showInLS"));
-        pDefinition->m_showInCS = GetNumberAttribute(document, TEXT("showInCS"));
-        pDefinition->m_showInEditor = GetNumberAttribute(document, TEXT("showInEditor"));
-        pDefinition->m_layerName = GetTextAttribute(document, TEXT("layerName"));
-        pDefinition->m_entityId = GetTextAttribute(document, TEXT("entityId"));
-        pDefinition->m_isActive = GetNumberAttribute(document, TEXT("isActive"));
-        m_definitions.push_back(pDefinition);
+        auto pDefinition = boost::make_shared<CProjectionDefinition>();
+        CXmlAttributeReader attributes(document);
+        pDefinition->m_name = ReadTextAttribute(attributes, Name);
+        pDefinition->m_showInLS = ReadNumberAttribute(attributes, ShowInLS);
+        pDefinition->m_showInCS = ReadNumberAttribute(attributes, ShowInCS);
+        pDefinition->m_showInEditor = ReadNumberAttribute(attributes, ShowInEditor);
+        pDefinition->m_layerName = ReadTextAttribute(attributes, LayerName);
+        pDefinition->m_entityId = ReadTextAttribute(attributes, EntityId);
+        pDefinition->m_isActive = ReadNumberAttribute(attributes, IsActive);
+        m_definitions.push_back(std::move(pDefinition));
     }
     return 1;
 }

@@ -1,12 +1,14 @@
 #pragma once
-/// The two kinds of attributes in the module's own XML, read from a document's current element. The results are those
-/// of GetAttribute and the conversion, but a value without references is converted straight from the text.
+/// The two kinds of attributes in the module's own XML. The results are those of CXmlDocument::GetAttribute and the
+/// conversion, but a value without references is converted straight from the text.
 #include <afxstr.h>
 
-class CXmlDocument;
+#include <string_view>
+
+class CXmlAttributeReader;
 
 /// Returns the text of an attribute in base64, as DecodeTextValue.
-CString GetTextAttribute(const CXmlDocument& document, const WCHAR* pName);
+CString ReadTextAttribute(CXmlAttributeReader& attributes, std::basic_string_view<WCHAR> name);
 
 /// Returns the number of an attribute in decimal, as DecimalToInt.
-int GetNumberAttribute(const CXmlDocument& document, const WCHAR* pName);
+int ReadNumberAttribute(CXmlAttributeReader& attributes, std::basic_string_view<WCHAR> name);
