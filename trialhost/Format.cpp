@@ -1,5 +1,6 @@
 #include "trialhost/Format.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -33,13 +34,6 @@ bool IsHighSurrogate(WCHAR unit)
     return unit >= 0xD800 && unit <= 0xDBFF;
 }
 
-WString Coordinate(double value)
-{
-    const double rounded = std::round(value * 100) / 100;
-    if (rounded == std::floor(rounded))
-        return Fixed(rounded, 0);
-    return Fixed(rounded, rounded * 10 == std::floor(rounded * 10) ? 1 : 2);
-}
 } // namespace
 
 WString Number(long long number)
@@ -65,6 +59,13 @@ WString Quoted(const WString& text, size_t maximum)
     return quoted + (length < text.size() ? TEXT("...\"") : TEXT("\""));
 }
 
+WString Coordinate(double value)
+{
+    const double rounded = std::round(value * 100) / 100;
+    if (rounded == std::floor(rounded))
+        return Fixed(rounded, 0);
+    return Fixed(rounded, rounded * 10 == std::floor(rounded * 10) ? 1 : 2);
+}
 WString Point(double x, double y)
 {
     return TEXT("(") + Coordinate(x) + TEXT(", ") + Coordinate(y) + TEXT(")");

@@ -7,5 +7,7 @@ WString Number(long long number);
 WString Fixed(double value, int digits);
 /// In quotation marks; control characters as \n, \t or \uXXXX. What exceeds maximum code units is cut and marked.
 WString Quoted(const WString& text, size_t maximum = WString::npos);
-/// "(x, y)", with as many digits after the point as it takes, at most two.
+/// With as many digits after the point as it takes, at most two.
+WString Coordinate(double value);
+/// "(x, y)", both as coordinates.
 WString Point(double x, double y);

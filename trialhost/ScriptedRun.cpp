@@ -5,7 +5,7 @@
 #include "resources/resource.h"
 #include "trialhost/Format.h"
 #include "trialhost/ITrialView.h"
-#include "trialhost/TrialHost.h"
+#include "trialhost/TrialSession.h"
 #include "trialhost/log/RecordingHandler.h"
 
 namespace
@@ -73,11 +73,11 @@ void CheckDrawing(CStepPrinter& printer)
         printer.Check(TEXT("report"), false, TEXT(""), report.text.c_str());
 }
 
-void SendMouse(CStepPrinter& printer, CTrialHost& host)
+void SendMouse(CStepPrinter& printer, CTrialSession& session)
 {
     constexpr int mouseMove = 0x200;
     for (int i = 0; i < 3; ++i)
-        host.SendMouseMessage(mouseMove, 100.0 + i, 100.0);
+        session.SendMouse(mouseMove, {100.0 + i, 100.0});
     const auto& record = HostControl::GetRecord();
     printer.Check(TEXT("prompt"), !HostControl::GetPrompt().empty(),
                   TEXT("\"") + HostControl::GetPrompt() + TEXT("\" started, selections: ") +
@@ -99,32 +99,33 @@ void CloseDialog(CStepPrinter& printer, const TrialOptions& options, CTrialHost&
                   TEXT("not saved"));
     printer.Check(TEXT("storage"), !handler.IsOpen(), TEXT("closed"), TEXT("still open"));
 }
-void RunBuiltInCommand(CStepPrinter& printer, const TrialOptions& options, CTrialHost& host,
-                       const CRecordingHandler& handler, ITrialView& view)
+void RunBuiltInCommand(CStepPrinter& printer, const TrialOptions& options, CTrialSession& session, ITrialView& view)
 {
+    CTrialHost& host = session.GetHost();
+    const CRecordingHandler& handler = *session.GetHandler();
     const WString id = CTrialHost::s_pCommandId;
     printer.Check(TEXT("command"), host.IsCommandAvailable(id), id + TEXT(" is available"),
                   TEXT("the module does not know it"));
-    printer.Check(TEXT("command"), host.RunCommand(id), TEXT("runs"), TEXT("not started"));
+    printer.Check(TEXT("command"), session.Run(id), TEXT("runs"), TEXT("not started"));
     CheckDialog(printer, host, handler);
     CheckDrawing(printer);
-    SendMouse(printer, host);
+    SendMouse(printer, session);
     view.Refresh();
     if (!options.picturePath.empty())
         printer.Check(TEXT("picture"), view.SavePicture(options.picturePath), options.picturePath,
                       TEXT("it could not be saved; is there a window, and can the folder be written?"));
     if (host.FindDialog() != nullptr)
         CloseDialog(printer, options, host, handler);
-    host.CompleteCommand();
+    session.Complete();
     printer.Check(TEXT("command"), !host.IsCommandActive() && host.FindDialog() == nullptr,
                   TEXT("completed, the dialog is gone"), TEXT("its dialog is still there"));
 }
 
-void RunPlugInCommand(CStepPrinter& printer, CTrialHost& host, const WString& id)
+void RunPlugInCommand(CStepPrinter& printer, CTrialSession& session, const WString& id)
 {
-    printer.Check(TEXT("command"), host.RunCommand(id), id + TEXT(" has run"), TEXT("not started"));
-    host.CompleteCommand();
-    printer.Check(TEXT("command"), !host.IsCommandActive(), TEXT("completed"), TEXT("still active"));
+    printer.Check(TEXT("command"), session.Run(id), id + TEXT(" has run"), TEXT("not started"));
+    session.Complete();
+    printer.Check(TEXT("command"), !session.GetHost().IsCommandActive(), TEXT("completed"), TEXT("still active"));
 }
 } // namespace
 
@@ -136,13 +137,13 @@ void PrintStep(const WString& name, const WString& result)
     std::fflush(stdout);
 }
 
-int RunScript(const TrialOptions& options, CTrialHost& host, CRecordingHandler& handler, ITrialView& view)
+int RunScript(const TrialOptions& options, CTrialSession& session, ITrialView& view)
 {
     CStepPrinter printer;
-    PrintStep(TEXT("file"), handler.GetPath());
-    RunBuiltInCommand(printer, options, host, handler, view);
-    const std::vector<CTrialCommand> commands = host.GetCommands();
+    PrintStep(TEXT("file"), session.GetHandler()->GetPath());
+    RunBuiltInCommand(printer, options, session, view);
+    const std::vector<CTrialCommand> commands = session.GetHost().GetCommands();
     for (size_t i = 1; i < commands.size(); ++i) // the first is the built-in one
-        RunPlugInCommand(printer, host, commands[i].id);
+        RunPlugInCommand(printer, session, commands[i].id);
     return printer.HasFailed() ? 1 : 0;
 }

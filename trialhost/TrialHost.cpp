@@ -15,6 +15,7 @@ CTrialHost::~CTrialHost()
 {
     while (!m_plugIns.empty())
         UnloadPlugIn(m_plugIns.back()->GetPath());
+    UseHandler({}); // it records in the log, which need not live as long as the module
 }
 
 void CTrialHost::UseHandler(const boost::shared_ptr<CRecordingHandler>& pHandler)

@@ -16,13 +16,14 @@ public:
 
     /// reporter gets what plug-ins report.
     CTrialHost(CCallLog& log, CPlugIn::Reporter reporter);
-    /// Unloads the plug-ins.
+    /// Unloads the plug-ins and takes the handler from the module.
     ~CTrialHost();
     CTrialHost(const CTrialHost&) = delete;
     CTrialHost& operator=(const CTrialHost&) = delete;
 
     /// Registers the handler with the module; empty: the module has none from now on.
     void UseHandler(const boost::shared_ptr<CRecordingHandler>& pHandler);
+    const boost::shared_ptr<CRecordingHandler>& GetHandler() const { return m_pHandler; }
 
     /// The built-in command and those of the plug-ins, in the order of their arrival.
     std::vector<CTrialCommand> GetCommands() const;

@@ -30,7 +30,7 @@ WString CNOI_GeoPoint2D::GetStaticClassName()
 
 void CNOI_GeoPoint2D::Set(double x, double y)
 {
-    EnterHostCall(eHostCall::SetPoint);
+    EnterHostCall(eHostCall::SetPoint, {x, y});
     m_x = x;
     m_y = y;
 }
@@ -64,7 +64,7 @@ WString CNOI_ColorARGB::GetStaticClassName()
 
 void CNOI_ColorARGB::SetARGB(const BYTE& alpha, const BYTE& red, const BYTE& green, const BYTE& blue)
 {
-    EnterHostCall(eHostCall::SetARGB);
+    EnterHostCall(eHostCall::SetARGB, {double(alpha), double(red), double(green), double(blue)});
     m_alpha = alpha;
     m_red = red;
     m_green = green;
@@ -90,19 +90,19 @@ CNOI_SmartPtr<CNOI_ColorARGB> CNOI_CommonStyle::Color()
 
 void CNOI_CommonStyle::Stroke(const int& stroke)
 {
-    EnterHostCall(eHostCall::SetStroke);
+    EnterHostCall(eHostCall::SetStroke, {double(stroke)});
     m_stroke = stroke;
 }
 
 void CNOI_CommonStyle::Pen(const int& pen)
 {
-    EnterHostCall(eHostCall::SetPen);
+    EnterHostCall(eHostCall::SetPen, {double(pen)});
     m_pen = pen;
 }
 
 void CNOI_CommonStyle::Layer(const int& layer)
 {
-    EnterHostCall(eHostCall::SetLayer);
+    EnterHostCall(eHostCall::SetLayer, {double(layer)});
     m_layer = layer;
 }
 

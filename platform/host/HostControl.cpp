@@ -57,10 +57,11 @@ CHostState& GetHostState()
     return s_state;
 }
 
-bool EnterHostCall(eHostCall call)
+bool EnterHostCall(eHostCall call, std::initializer_list<double> arguments)
 {
     CHostState& state = GetHostState();
     RecordHostCall(call);
+    state.m_record.arguments = arguments;
     if (const auto observer = state.m_observer) // a copy: the observer may call Reset
         observer(call);
     for (auto& armed : state.m_failures)
@@ -72,6 +73,8 @@ bool EnterHostCall(eHostCall call)
         return true;
     const eHostFailure failure = due->failure;
     state.m_failures.erase(due);
+    if (const auto observer = state.m_failureObserver)
+        observer(call, failure);
     return Fail(failure);
 }
 
@@ -122,6 +125,12 @@ WString HostControl::GetPrompt()
     return pFunction == nullptr ? WString() : WString(pFunction->m_prompt.GetString());
 }
 
+void HostControl::SelectLine(size_t index)
+{
+    if (GetHostState().m_pInputFunction != nullptr)
+        GetHostState().m_record.selectedLines.push_back(index);
+}
+
 void HostControl::SetLanguage(const WString& language)
 {
     GetHostState().m_language = language;
@@ -135,6 +144,11 @@ void HostControl::FailAt(eHostCall call, eHostFailure failure, int count)
 void HostControl::SetCallObserver(std::function<void(eHostCall)> observer)
 {
     GetHostState().m_observer = std::move(observer);
+}
+
+void HostControl::SetFailureObserver(std::function<void(eHostCall, eHostFailure)> observer)
+{
+    GetHostState().m_failureObserver = std::move(observer);
 }
 
 void HostControl::SetInformationViewer(std::function<void(const CHostInformation&)> viewer)

@@ -97,6 +97,8 @@ struct CHostRecord
     std::vector<CHostSelection> selections;
     std::vector<CHostMessage> messages;
     std::vector<CHostInformation> information;
+    std::vector<size_t> selectedLines; ///< indices of GetLines that SelectLine was called with
+    std::vector<double> arguments;     ///< the numbers that the newest call was given, in the order of its arguments
 };
 
 namespace HostControl
@@ -112,11 +114,16 @@ HOST_API bool IsDatabaseOpen();
 /// The prompt of the active input function; empty without one.
 HOST_API WString GetPrompt();
 
+/// The user picks a line in the running selection; nothing happens without one.
+HOST_API void SelectLine(size_t index);
+
 HOST_API void SetLanguage(const WString& language);
 /// Makes the count-th call from now on fail, once. Several failures can stand side by side.
 HOST_API void FailAt(eHostCall call, eHostFailure failure, int count = 1);
 /// Called at the beginning of every host call that can fail, after it was recorded. What it throws, the call throws.
 HOST_API void SetCallObserver(std::function<void(eHostCall)> observer);
+/// Called when a failure that was switched on is due, after the call observer and before the call fails.
+HOST_API void SetFailureObserver(std::function<void(eHostCall, eHostFailure)> observer);
 /// Called by every information dialog while it is modal: a program can show it. Stays through Reset.
 HOST_API void SetInformationViewer(std::function<void(const CHostInformation&)> viewer);
 

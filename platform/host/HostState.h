@@ -22,14 +22,15 @@ struct CHostState
     WString m_resourceLibrary; ///< whose resources are current; empty: the host's own
     std::vector<CArmedFailure> m_failures;
     std::function<void(eHostCall)> m_observer;
+    std::function<void(eHostCall, eHostFailure)> m_failureObserver;
     std::function<void(const CHostInformation&)> m_viewer;
 };
 
 CHostState& GetHostState();
 
 /// Begins every call of the host that can fail: records it, tells the observer, and throws what was switched on for it.
-/// False when the call is to give an empty result.
-bool EnterHostCall(eHostCall call);
+/// False when the call is to give an empty result. arguments: the numbers among the call's arguments, for the record.
+bool EnterHostCall(eHostCall call, std::initializer_list<double> arguments = {});
 /// For the ends of objects, where nothing may be thrown.
 void RecordHostCall(eHostCall call);
 

@@ -37,7 +37,8 @@ if grep -aqr "$source/\(commands\|sdk\|platform\)" "$build/plugin/CMakeFiles/plu
 fi
 
 cd "$build/plugin"
-plugin=$(ls plugin.dll plugin.so 2>/dev/null)
+plugin=plugin.so
+[ -e "$plugin" ] || plugin=plugin.dll
 trialhost=$build/bin/trialhost
 [ -e "$trialhost" ] || trialhost=$trialhost.exe
 cp "$source/trialhost/sample-storage.xml" storage.xml
@@ -46,7 +47,8 @@ for run in 1 2; do
 command       CMD_COUNT_RUNS has run
 report        the count is complete
 command       completed"
-    printed=$("$runner" "$trialhost" --script --plugin "$plugin" storage.xml | tr -d '\r')
+    printed=$("$runner" "$trialhost" --script --plugin "$plugin" storage.xml | tr -d '\r') || fail "the trial host failed:
+$printed"
     diff <(echo "$expected") <(echo "$printed" | tail -n 4)
 done
 echo "$printed"

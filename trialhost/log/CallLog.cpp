@@ -50,9 +50,14 @@ void CCallLog::Clear()
     m_calls.clear();
 }
 
-void CCallLog::AddObserver(Observer observer)
+void CCallLog::AddObserver(ILogObserver* pObserver)
 {
-    m_observers.push_back(std::move(observer));
+    m_observers.push_back(pObserver);
+}
+
+void CCallLog::RemoveObserver(ILogObserver* pObserver)
+{
+    std::erase(m_observers, pObserver);
 }
 
 double CCallLog::GetTime() const
@@ -62,8 +67,8 @@ double CCallLog::GetTime() const
 
 void CCallLog::Notify(size_t index) const
 {
-    for (const Observer& observer : m_observers)
-        observer(index - m_firstIndex);
+    for (ILogObserver* pObserver : m_observers)
+        pObserver->OnCall(index - m_firstIndex);
 }
 
 CCallScope::CCallScope(CCallLog& log, const WString& call)

@@ -2,7 +2,6 @@
 #include "platform/text.h"
 
 #include <chrono>
-#include <functional>
 #include <vector>
 
 /// A call that crossed the module's border.
@@ -24,13 +23,21 @@ struct CLoggedCall
     WString result;  ///< empty while the call runs, and after a call without a result
 };
 
+/// Follows a log.
+class ILogObserver
+{
+public:
+    /// The call at index has begun or ended, or is a remark.
+    virtual void OnCall(size_t index) = 0;
+
+protected:
+    ~ILogObserver() = default;
+};
+
 /// The order in which host, plug-ins and module called each other, oldest call first. One thread.
 class CCallLog
 {
 public:
-    /// Called when the call at index has begun, and again when it has ended.
-    using Observer = std::function<void(size_t index)>;
-
     CCallLog();
 
     /// Returns the new call's index. Calls end in the reverse order of their beginning.
@@ -40,7 +47,9 @@ public:
     /// Forgets all calls, also those that run.
     void Clear();
 
-    void AddObserver(Observer observer);
+    /// The observer is removed before it is gone.
+    void AddObserver(ILogObserver* pObserver);
+    void RemoveObserver(ILogObserver* pObserver);
     const std::vector<CLoggedCall>& GetCalls() const { return m_calls; }
 
 private:
@@ -49,7 +58,7 @@ private:
 
     const std::chrono::steady_clock::time_point m_start;
     std::vector<CLoggedCall> m_calls;
-    std::vector<Observer> m_observers;
+    std::vector<ILogObserver*> m_observers;
     int m_depth = 0;
     size_t m_firstIndex = 0; ///< of m_calls[0]; indices stay unique across Clear
 };

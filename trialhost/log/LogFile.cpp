@@ -3,20 +3,24 @@
 #include "platform/console/console.h"
 #include "platform/win32/win32.h"
 
-CLogFile::CLogFile(const WString& path, CCallLog& log) : m_pFile(::_wfopen(path.c_str(), TEXT("wb")))
+CLogFile::CLogFile(const WString& path, CCallLog& log)
+    : m_log(log), m_pFile(path.empty() ? nullptr : ::_wfopen(path.c_str(), TEXT("wb")))
 {
     if (m_pFile != nullptr)
-        log.AddObserver([this, &log](size_t index) { Write(log.GetCalls()[index]); });
+        m_log.AddObserver(this);
 }
 
 CLogFile::~CLogFile()
 {
-    if (m_pFile != nullptr)
-        std::fclose(m_pFile);
+    if (m_pFile == nullptr)
+        return;
+    m_log.RemoveObserver(this);
+    std::fclose(m_pFile);
 }
 
-void CLogFile::Write(const CLoggedCall& call)
+void CLogFile::OnCall(size_t index)
 {
+    const CLoggedCall& call = m_log.GetCalls()[index];
     const bool hasEnded = call.state == CLoggedCall::eState::Ended;
     // Calls are nested: what ends while a line is open is the call that opened it.
     if (hasEnded && m_isLineOpen)

@@ -1,19 +1,9 @@
 #include "trialhost/plugin/PlugIn.h"
 
+#include "trialhost/Exceptions.h"
 #include "trialhost/Format.h"
 
-#include <afx.h>
-
-#include <exception>
 #include <filesystem>
-
-namespace
-{
-WString FromNarrow(const char* pText)
-{
-    return std::filesystem::path(pText).string<WCHAR>();
-}
-} // namespace
 
 CPlugIn::CPlugIn(CCallLog& log, CRecordingManager& manager, Reporter reporter, const WString& path)
     : m_log(log), m_manager(manager), m_reporter(std::move(reporter)), m_path(path)
@@ -50,18 +40,9 @@ WString CPlugIn::CallEntry(VLT::PlugInFunction* pEntry)
         pEntry(this);
         return WString();
     }
-    catch (const std::exception& error)
-    {
-        return TEXT("its entry threw an exception: ") + FromNarrow(error.what());
-    }
-    catch (CException* pException)
-    {
-        pException->Delete();
-        return TEXT("its entry threw a CException");
-    }
     catch (...)
     {
-        return TEXT("its entry threw an exception of unknown type");
+        return TEXT("its entry threw ") + DescribeCurrentException();
     }
 }
 
