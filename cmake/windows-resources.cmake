@@ -1,6 +1,7 @@
-# add_windows_resources(TARGET RC-FILE): an object library with the resources that the .rc file compiles to.
-# On Windows they are linked as ever. Elsewhere the same compiler makes a .res of them, which is embedded; the stand-in
-# for LoadStringW and for dialog templates reads it. Link the objects with $<TARGET_OBJECTS:TARGET>.
+# add_windows_resources(TARGET RC-FILE): makes an object library of the compiled resources of an .rc file.
+# On Windows the linker puts them into the binary. Elsewhere the same resource compiler writes a .res file, which is
+# embedded as data; the stand-in for LoadStringW and for dialog templates reads it.
+# Link the objects with $<TARGET_OBJECTS:TARGET>.
 set(VELTRANO_WINDOWS_RESOURCES_DIR ${CMAKE_CURRENT_LIST_DIR})
 function(add_windows_resources target rc)
     if(WIN32)

@@ -120,7 +120,7 @@ CString CStorage::GetXML()
         if (pConfiguration)
             length += LengthOfConfigurationElement(*pConfiguration);
     CString text;
-    text.GetBufferBehind(static_cast<int>(std::min<size_t>(length, INT_MAX)));
+    text.GetBuffer(static_cast<int>(std::min<size_t>(length, INT_MAX)));
     text += TEXT("<storage>");
     for (const auto& pConfiguration : m_configurationVector)
         if (pConfiguration)

@@ -1,7 +1,7 @@
 #pragma once
 /// The module's text: 16-bit code units under the Windows names, in both builds.
 /// On Windows WCHAR is wchar_t, so WString is std::wstring; elsewhere it is char16_t, never a 32-bit wchar_t.
-/// Does not include the Windows headers: a source may include this before the framework, which must come first of them.
+/// Does not include the Windows headers, which a source has to get by the framework's.
 #ifdef _WIN32
 using WCHAR = wchar_t; // as the Windows headers define both
 #ifndef TEXT

@@ -1,13 +1,13 @@
 #include "projection/Cmd_DefineProjectionEntities.h"
 
-#include "platform/host/CoordinateInput.h"
-#include "platform/host/InteractorMessage.h"
-#include "platform/host/NOI_RuntimeSystem.h"
-#include "platform/host/ObjectSelectGeneral.h"
-#include "platform/host/ResourceHandleHelper.h"
-#include "platform/host/XMLTreeInfoDlg.h"
 #include "projection/DlgDefineProjections.h"
 #include "resources/resource.h"
+#include <CoordinateInput.h>
+#include <InteractorMessage.h>
+#include <NOI_RuntimeSystem.h>
+#include <ObjectSelectGeneral.h>
+#include <ResourceHandleHelper.h>
+#include <XMLTreeInfoDlg.h>
 #include <afx.h>
 
 #include <boost/exception/exception.hpp>

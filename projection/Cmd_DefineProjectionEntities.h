@@ -1,6 +1,6 @@
 #pragma once
 #include "commands/ICommand.h"
-#include "platform/host/NOI_BasisLine2D.h"
+#include <NOI_BasisLine2D.h>
 
 #include <vector>
 

@@ -45,6 +45,7 @@ BEGIN {
         target = line
         sub(/^#include ["<]/, "", target); sub(/[">].*/, "", target)
         if (target ~ /^afx/) target = "platform/mfc/" target # by the include path, which is the vendor'"'"'s with the vendor'"'"'s framework
+        else if (target !~ "/" && (getline probe < ("platform/host/" target)) > 0) target = "platform/host/" target # likewise
         to = FolderOf(target)
         if (to == "" || to == from) continue
         if (!((from " -> " to) in arrow)) Fail(file ": includes " target ", but " page " has no arrow " from " -> " to)

@@ -1,8 +1,7 @@
 #pragma once
-#include "platform/host/CoordinateInput.h"
-#include "platform/win32/win32.h"
 #include "trialhost/log/RecordingHandler.h"
 #include "trialhost/plugin/PlugIn.h"
+#include <CoordinateInput.h>
 
 #include <memory>
 #include <vector>

@@ -1,6 +1,6 @@
 #pragma once
 /// Readers of text files: they read bytes of one encoding through a buffer and return lines as UTF-16.
-#include "platform/win32/win32.h"
+#include <afx.h>
 
 /// The header of a line block: it lies directly before the text of the line, and all functions take the pointer to the
 /// text. A block only grows, in steps of 1024 bytes, and may move then. It comes from realloc; FreeLine releases it.

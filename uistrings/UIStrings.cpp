@@ -1,8 +1,8 @@
 #include "uistrings/UIStrings.h"
 
-#include "platform/host/NOI_Service_AllplanLocalisation.h"
-#include "platform/mfc/decimal.h"
+#include "platform/decimal.h"
 #include "uistrings/TextFile.h"
+#include <NOI_Service_AllplanLocalisation.h>
 #include <afx.h>
 
 #include <boost/make_shared.hpp>

@@ -3,7 +3,7 @@
 
 namespace Allplan::IFW::Framework
 {
-/// What the host's enumerations that travel as objects derive from.
+/// Base of the host's enumerations that are objects.
 class HOST_API BaseEnum
 {
 public:

@@ -10,7 +10,7 @@ public:
 
 namespace Allplan::IFW::Input
 {
-/// The part of an input object that knows its modes. Stand-in: two modes, and setting one is only recorded.
+/// The part of an input object with its modes. Stand-in: two modes; SetInputMode only records the call.
 class HOST_API BaseInputMode
 {
 public:

@@ -8,12 +8,12 @@ struct CStdPoint2D
     double y;
 };
 
-/// What the host adds to a mouse message. Its content is the host's own; commands only hand it on.
+/// Further data of a mouse message. Only the host knows its content; commands pass it on.
 struct strAddMsgInfo
 {
 };
 
-/// The host's coordinate input, which comes with every mouse message. Stand-in: its modes, and no input of its own.
+/// The host's coordinate input, which comes with every mouse message. Stand-in: has only its modes.
 class HOST_API CCoordinateInput : public Allplan::IFW::Input::BaseInputMode
 {
 public:

@@ -1,5 +1,5 @@
 #pragma once
-/// HOST_API marks what the host's library gives out; its own sources define PLATFORM_HOST_BUILD.
+/// HOST_API marks what the host's library exports; the library's own sources define PLATFORM_HOST_BUILD.
 #include <afxver_.h>
 
 #ifdef PLATFORM_HOST_BUILD

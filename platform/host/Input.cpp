@@ -35,7 +35,7 @@ Input::BaseInputMode::BaseInputMode(const eInputMode& firstMessage, const eInput
 }
 
 void Input::BaseInputMode::SetInputMode(
-    eInputMode mode) // NOLINT(performance-unnecessary-value-param): as the host has it
+    eInputMode mode) // NOLINT(performance-unnecessary-value-param): the host's signature
 {
     GetHostState().m_record.inputModes.push_back({this, mode.m_value});
     EnterHostCall(eHostCall::SetInputMode);
@@ -46,7 +46,8 @@ bool Framework::SendInteractorMessage(eInteractorMessage message, __int64 value)
     CHostState& state = GetHostState();
     state.m_record.messages.push_back({message, value});
     const bool isStart = message == StartInputFunctionMessage;
-    if (isStart) // owned before anything can fail. NOLINTNEXTLINE(performance-no-int-to-ptr): it comes as a number
+    if (isStart) // owned before anything can fail. NOLINTNEXTLINE(performance-no-int-to-ptr): the message carries an
+                 // integer
         state.m_pInputFunction.reset(reinterpret_cast<CObjectSelectGeneral*>(value));
     EnterHostCall(eHostCall::SendInteractorMessage);
     return isStart;

@@ -9,7 +9,7 @@
 
 class CException;
 
-/// Base of the host's exceptions. Thrown by pointer: whoever handles one deletes it.
+/// Base of the host's exceptions. Thrown by pointer; whoever handles one deletes it.
 class HOST_API CNOI_AppException
 {
 public:
@@ -18,10 +18,10 @@ public:
     CNOI_AppException& operator=(const CNOI_AppException&) = delete;
     virtual ~CNOI_AppException();
 
-    /// The place that the report names, and its line unless the text of the place says it already.
+    /// Set the place that the report names, and its line if the place does not contain it.
     virtual void Source(const WString& source);
     virtual void SourceLine(int line);
-    /// What happened and where, in lines of text.
+    /// Returns what happened and where, in lines of text.
     virtual WString PrintReport() const;
 
 private:
@@ -36,11 +36,11 @@ public:
     explicit CNOI_NullReferenceException(const WString& className);
 };
 
-/// Wraps an exception that is none of the host's, so that it can be reported like one.
+/// Wraps an exception that is not the host's, so that it can be reported like one.
 class HOST_API CNOI_AppForeignException : public CNOI_AppException
 {
 public:
-    /// Takes the exception over: Delete is called on it at the end of this object.
+    /// Takes ownership: the destructor calls Delete on the exception.
     explicit CNOI_AppForeignException(CException* pException);
     explicit CNOI_AppForeignException(const _com_error& error);
     explicit CNOI_AppForeignException(boost::exception& exception);

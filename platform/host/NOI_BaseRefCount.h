@@ -1,7 +1,7 @@
 #pragma once
 #include "platform/host/Export.h"
 
-/// Base of the host's objects. Made with a count of 0; the last RemoveReference deletes the object. One thread.
+/// Base of the host's objects. The count starts at 0; the last RemoveReference deletes the object. One thread.
 class HOST_API CNOI_BaseRefCount
 {
 public:

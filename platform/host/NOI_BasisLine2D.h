@@ -10,8 +10,8 @@ public:
     class HOST_API CNOI_ClassFactory
     {
     public:
-        /// Makes a line for that database and puts it into pLine; the line is in the database only after AddObject.
-        /// Stand-in: does not look at the database.
+        /// Creates a line for that database and assigns it to pLine; AddObject adds it to the database.
+        /// Stand-in: ignores the database.
         static void createObject(const CNOI_SmartPtr<CNOI_IDatabase>& pDatabase,
                                  CNOI_SmartPtr<CNOI_BasisLine2D>& pLine);
     };

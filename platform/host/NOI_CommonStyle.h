@@ -2,7 +2,7 @@
 #include "platform/host/NOI_BaseRefCount.h"
 #include "platform/host/NOI_SmartPtr.h"
 
-/// A colour; every part goes from 0 to 255.
+/// A colour; each component is 0 to 255.
 class HOST_API CNOI_ColorARGB : public CNOI_BaseRefCount
 {
 public:
@@ -16,15 +16,15 @@ public:
     BYTE m_blue = 0;
 };
 
-/// How a database object is drawn. Stroke, pen and layer are numbers of the host's tables.
+/// How a database object is drawn. Stroke, pen and layer are indexes of the host's tables.
 class HOST_API CNOI_CommonStyle : public CNOI_BaseRefCount
 {
 public:
     static WString GetStaticClassName();
 
-    /// Back to zero in everything.
+    /// Resets everything to zero.
     void Init();
-    /// The style's own colour: what is set through it changes the style.
+    /// Returns the style's own colour: a change through it changes the style.
     CNOI_SmartPtr<CNOI_ColorARGB> Color();
     void Stroke(const int& stroke);
     void Pen(const int& pen);

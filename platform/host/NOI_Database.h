@@ -3,8 +3,8 @@
 
 #include <vector>
 
-/// A drawing database. What stands before AddObject is the stand-in's own, for HostControl: in the host's interface
-/// AddObject is the fourth virtual operation too.
+/// A drawing database. AddObject is the fourth virtual operation, as in the host's interface; those before it are the
+/// stand-in's own, for HostControl.
 class HOST_API CNOI_IDatabase : public CNOI_BaseRefCount
 {
 public:
@@ -13,7 +13,7 @@ public:
     virtual bool IsOpen() const = 0;
     virtual size_t GetObjectCount() const = 0;
     virtual CNOI_SmartPtr<CNOI_DBObject> GetObjectAt(size_t index) const = 0;
-    /// Takes a new object into the database, which must be open.
+    /// Adds a new object to the database, which must be open.
     virtual bool AddObject(const CNOI_SmartPtr<CNOI_DBObject>& pObject) = 0;
 };
 
@@ -28,5 +28,5 @@ public:
     bool m_isOpen = false;
 
 private:
-    std::vector<CNOI_SmartPtr<CNOI_DBObject>> m_objects; ///< in the order in which they came
+    std::vector<CNOI_SmartPtr<CNOI_DBObject>> m_objects; ///< in the order of AddObject
 };

@@ -13,7 +13,7 @@ public:
     double m_y = 0;
 };
 
-/// What a database object can have as its shape.
+/// The shape of a database object.
 class HOST_API CNOI_Geometry : public CNOI_BaseRefCount
 {
 };
@@ -22,10 +22,10 @@ class HOST_API CNOI_GeoLine2D : public CNOI_Geometry
 {
 public:
     static WString GetStaticClassName();
-    /// A line that belongs to no object yet, from (0, 0) to (0, 0).
+    /// Creates a line from (0, 0) to (0, 0) that belongs to no object.
     static CNOI_SmartPtr<CNOI_GeoLine2D> CreateObj();
 
-    /// The line's own points: what is set through them changes the line.
+    /// Return the line's own points: a change through them changes the line.
     CNOI_SmartPtr<CNOI_GeoPoint2D> GetStartPoint();
     CNOI_SmartPtr<CNOI_GeoPoint2D> GetEndPoint();
 

@@ -4,8 +4,8 @@
 class HOST_API CNOI_RuntimeSystem
 {
 public:
-    /// The active drawing database, open.
+    /// Opens the active drawing database.
     static CNOI_SmartPtr<CNOI_Database> openActiveDatabase();
-    /// An empty pointer is passed over.
+    /// Ignores an empty pointer.
     static void closeDatabase(CNOI_SmartPtr<CNOI_Database>& pDatabase);
 };

@@ -5,6 +5,6 @@
 class HOST_API CNOI_Service_AllplanLocalisation
 {
 public:
-    /// The code of the host's language.
+    /// Returns the code of the host's language.
     static WString GetLanguage();
 };

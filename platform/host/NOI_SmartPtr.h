@@ -14,7 +14,7 @@ public:
     explicit CNOI_SmartPtr(T* pObject) : m_pObject(pObject) { AddReference(); }
     CNOI_SmartPtr(const CNOI_SmartPtr& other) : CNOI_SmartPtr(other.m_pObject) {}
     CNOI_SmartPtr(CNOI_SmartPtr&& other) noexcept : m_pObject(std::exchange(other.m_pObject, nullptr)) {}
-    /// To a base class of what the other one points to.
+    /// Converts to a pointer to a base class.
     template <class Derived>
     CNOI_SmartPtr(const CNOI_SmartPtr<Derived>& other) : CNOI_SmartPtr(other.Get())
     {
@@ -37,7 +37,7 @@ public:
         return *m_pObject;
     }
     T* operator->() const { return &**this; }
-    /// Null when empty; the reference stays here.
+    /// Returns null when empty; keeps the reference.
     T* Get() const noexcept { return m_pObject; }
 
 private:

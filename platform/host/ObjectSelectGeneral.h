@@ -10,7 +10,7 @@ namespace Allplan::IFW
 {
 namespace Framework
 {
-/// What the host owns and deletes as an input function.
+/// An input function, which the host owns and deletes.
 class HOST_API BaseMessageFunction
 {
 public:
@@ -23,7 +23,7 @@ public:
 
 namespace Input
 {
-// Nothing of these parts is called here: they stand for the host's order of bases.
+// The module calls nothing of these: they only reproduce the host's order of base classes.
 class BaseGUIFunction
 {
 };
@@ -52,7 +52,7 @@ class HOST_API CObjectSelect : public Allplan::IFW::Input::BaseElementSelect
 {
 };
 
-/// The host's general object selection. Made with new and given to the host by interactor message 21, which owns it
+/// The host's general object selection. Created with new and passed to the host by interactor message 21, which owns it
 /// from then on. Stand-in: keeps its prompt and selects nothing.
 class HOST_API CObjectSelectGeneral : public CObjectSelect
 {

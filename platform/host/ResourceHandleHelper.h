@@ -4,7 +4,7 @@
 
 namespace Allplan::IFW::Resources
 {
-/// Makes the named library's resources current as long as it stands; then those before it are current again.
+/// Makes the named library's resources current for its lifetime; the destructor restores the previous ones.
 class HOST_API ResourceHandleHelper
 {
 public:

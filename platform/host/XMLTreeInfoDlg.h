@@ -4,7 +4,7 @@
 
 class CDialog;
 
-/// What the host adds to its dialogs. DialogBase is a base class there; the stand-in needs only its name.
+/// The host's extension of dialogs. There it derives from DialogBase; the stand-in only needs the name.
 template <class DialogBase>
 class CBasisDlgPropFkt
 {
@@ -15,8 +15,8 @@ protected:
     ~CBasisDlgPropFkt() = default;
 };
 
-/// The host's information dialog. Stand-in: DoModal records the texts, shows them where the program has said how
-/// (HostControl), and returns 1.
+/// The host's information dialog. Stand-in: DoModal records the texts, passes them to the viewer of HostControl, if
+/// there is one, and returns 1.
 class HOST_API CXMLTreeInfoDlg : public CBasisDlgPropFkt<CDialog>
 {
 public:

@@ -16,3 +16,4 @@ BOOL CRuntimeClass::IsDerivedFrom(const CRuntimeClass* pBaseClass) const
 }
 
 IMPLEMENT_DYNAMIC(CException, CObject)
+IMPLEMENT_DYNAMIC(CNotSupportedException, CException)

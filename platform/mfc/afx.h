@@ -1,17 +1,18 @@
 #pragma once
-/// The root of the framework's classes: what is known of a class at run time, and the exceptions that are thrown by
-/// pointer. Only what the module uses, under the original names.
+/// The root of the framework's classes, with run-time class information; exceptions thrown by pointer; file search.
+/// Different from MFC's: no serialisation, no creation of objects by class name, no error texts of exceptions.
+/// CFileFind tells the path of a match and nothing else about it.
 #include <afxstr.h>
 
 class CObject;
 
-/// The record of one class: constant, one for each class, linked to the record of its base.
+/// Run-time information about a class: one constant record per class, linked to the record of its base class.
 struct CRuntimeClass
 {
     const char* m_lpszClassName;
     int m_nObjectSize;               ///< in bytes
-    UINT m_wSchema;                  ///< 0xFFFF: objects of the class are not stored
-    CObject* (*m_pfnCreateObject)(); ///< null: objects are not made by class name
+    UINT m_wSchema;                  ///< 0xFFFF: objects of the class cannot be stored
+    CObject* (*m_pfnCreateObject)(); ///< null: objects cannot be created by class name
     CRuntimeClass* m_pBaseClass;     ///< null for CObject
 
     BOOL IsDerivedFrom(const CRuntimeClass* pBaseClass) const;
@@ -46,27 +47,22 @@ public:                                                                         
         return RUNTIME_CLASS(class_name);                                                                              \
     }
 
-/// Thrown by pointer. Who catches one and does not throw it on calls Delete.
+/// Thrown by pointer. Whoever catches one must Delete or rethrow it.
 class CException : public CObject
 {
     DECLARE_DYNAMIC(CException)
 public:
-    CException() = default;
-    /// bAutoDelete FALSE: the object belongs to whoever throws it, and Delete leaves it alone.
-    explicit CException(BOOL bAutoDelete) : m_bAutoDelete(bAutoDelete) {}
-
-    void Delete()
-    {
-        if (m_bAutoDelete)
-            delete this;
-    }
-
-private:
-    BOOL m_bAutoDelete = TRUE;
+    void Delete() { delete this; }
 };
 
-/// Lists the files that match a wildcard pattern. After FindFile the object stands before the first match; each
-/// FindNextFileW steps to the next one.
+/// A dialog has no control of the requested identifier.
+class CNotSupportedException : public CException
+{
+    DECLARE_DYNAMIC(CNotSupportedException)
+};
+
+/// Lists the files that match a wildcard pattern. Call FindFile once, then FindNextFileW for each match, the first one
+/// included.
 class CFileFind
 {
 public:
@@ -75,11 +71,12 @@ public:
     CFileFind(const CFileFind&) = delete;
     CFileFind& operator=(const CFileFind&) = delete;
 
-    /// Whether anything matches. The wildcards stand in the last part of the path.
+    /// Returns whether anything matches. Only the last part of the path may contain wildcards.
     BOOL FindFile(LPCTSTR pstrName);
-    /// Whether another match follows the one that this call steps to.
+    /// Moves to the next match. Returns whether another one follows it.
     BOOL FindNextFileW();
-    /// The full path of the match, also where FindFile got a relative one. Not before the first FindNextFileW.
+    /// Returns the full path of the current match, also if FindFile was given a relative one. Valid after the first
+    /// FindNextFileW.
     CString GetFilePath() const { return m_strRoot + m_current.cFileName; }
     void Close();
 

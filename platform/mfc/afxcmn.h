@@ -1,5 +1,6 @@
 #pragma once
-/// The common controls: the list view. The module attaches it and asks nothing of it.
+/// The common controls.
+/// Different from MFC's: only the list view, and that without operations of its own; the module only attaches it.
 #include <afxwin.h>
 
 class CListCtrl : public CWnd

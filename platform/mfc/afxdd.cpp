@@ -1,7 +1,5 @@
 #include <afxdd_.h>
 
-IMPLEMENT_DYNAMIC(CNotSupportedException, CException)
-
 HWND CDataExchange::PrepareCtrl(int nIDC)
 {
     const HWND hWndCtrl = ::GetDlgItem(m_pDlgWnd->m_hWnd, nIDC);

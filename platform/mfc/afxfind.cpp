@@ -4,7 +4,7 @@
 
 namespace
 {
-/// The path itself if the system has no full one for it.
+/// Returns the path itself if the system cannot make a full path of it.
 CString FullPathOf(LPCTSTR pstrName)
 {
     const DWORD size = ::GetFullPathNameW(pstrName, 0, nullptr, nullptr);

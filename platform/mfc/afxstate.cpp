@@ -1,17 +1,15 @@
 #include <afxwin.h>
 
 #ifdef _WIN32
-extern "C" IMAGE_DOS_HEADER __ImageBase; // the linker's: the start of the binary that this code is linked into
+extern "C" IMAGE_DOS_HEADER __ImageBase; // defined by the linker: the start of the binary that this code is linked into
 #endif
 
 namespace
 {
-thread_local AFX_MODULE_STATE* s_pModuleStateInForce = nullptr;
+thread_local AFX_MODULE_STATE* s_pCurrentModuleState = nullptr;
 } // namespace
 
-AFX_MODULE_STATE::AFX_MODULE_STATE()
-    : m_hCurrentInstanceHandle(reinterpret_cast<HINSTANCE>(&__ImageBase)),
-      m_hCurrentResourceHandle(m_hCurrentInstanceHandle)
+AFX_MODULE_STATE::AFX_MODULE_STATE() : m_hCurrentResourceHandle(reinterpret_cast<HINSTANCE>(&__ImageBase))
 {
 }
 
@@ -30,28 +28,23 @@ AFX_MODULE_STATE* AfxGetStaticModuleState()
 
 AFX_MODULE_STATE* AfxGetModuleState()
 {
-    return s_pModuleStateInForce != nullptr ? s_pModuleStateInForce : AfxGetStaticModuleState();
+    return s_pCurrentModuleState != nullptr ? s_pCurrentModuleState : AfxGetStaticModuleState();
 }
 
 AFX_MAINTAIN_STATE2::AFX_MAINTAIN_STATE2(AFX_MODULE_STATE* pModuleState) noexcept
-    : m_pPrevModuleState(s_pModuleStateInForce)
+    : m_pPrevModuleState(s_pCurrentModuleState)
 {
-    s_pModuleStateInForce = pModuleState;
+    s_pCurrentModuleState = pModuleState;
 }
 
 AFX_MAINTAIN_STATE2::~AFX_MAINTAIN_STATE2()
 {
-    s_pModuleStateInForce = m_pPrevModuleState;
+    s_pCurrentModuleState = m_pPrevModuleState;
 }
 
 CWinApp* AfxGetApp()
 {
     return AfxGetModuleState()->m_pCurrentWinApp;
-}
-
-HINSTANCE AfxGetInstanceHandle()
-{
-    return AfxGetModuleState()->m_hCurrentInstanceHandle;
 }
 
 HINSTANCE AfxGetResourceHandle()
@@ -64,7 +57,7 @@ IMPLEMENT_DYNAMIC(CWinApp, CCmdTarget)
 BEGIN_MESSAGE_MAP(CWinApp, CCmdTarget)
 END_MESSAGE_MAP()
 
-CWinApp::CWinApp(LPCTSTR lpszAppName) : m_pszAppName(lpszAppName)
+CWinApp::CWinApp(LPCTSTR)
 {
     AfxGetStaticModuleState()->m_pCurrentWinApp = this;
 }

@@ -1,8 +1,10 @@
 #pragma once
-/// CString: a wide string with shared, counted, copy-on-write text. Only what the module uses, under the original
-/// names.
-#include "platform/win32/win32.h"
+/// CString: a wide string with shared, reference-counted, copy-on-write text.
+/// Different from MFC's: only wide strings and the operations that the module uses. The reference count is part of the
+/// text's block, without a manager object. A null text is the empty text everywhere.
+#include <afxver_.h>
 
+#include <algorithm>
 #include <atomic>
 #include <climits>
 #include <cstdarg>
@@ -12,27 +14,32 @@
 
 namespace ATL
 {
-/// Stands before the text of every string. The text is NUL-terminated; lengths are in units, without the NUL.
+/// The header in front of every string's text. The text is NUL-terminated; lengths count units, without the NUL.
 struct CStringData
 {
-    std::atomic<int> references;
-    int length;
-    int capacity;
+    std::atomic<int> nRefs;
+    int nDataLength;
+    int nAllocLength;
 };
 
-/// For the module's strings in its MFC: the narrow text that is assigned is in the ANSI code page.
-template <typename Char>
-struct StrTraitMFC
+/// The conversions of a string's text.
+template <typename CharType>
+class ChTraitsCRT
 {
-    static int ToWide(const char* pNarrow, int narrowLength, Char* pWide, int room)
+public:
+    /// Converts narrow text from the ANSI code page. Returns the length in units, with a length of 0 for the
+    /// destination the one that it needs.
+    static int ConvertToBaseType(CharType* pDestination, int destinationLength, const char* pSource, int sourceLength)
     {
-        return narrowLength == 0 ? 0 : ::MultiByteToWideChar(CP_ACP, 0, pNarrow, narrowLength, pWide, room);
+        return sourceLength == 0
+                   ? 0
+                   : ::MultiByteToWideChar(CP_ACP, 0, pSource, sourceLength, pDestination, destinationLength);
     }
 };
 
-/// Copies share the text until one of them changes it; the count is atomic, a single string is for one thread.
-/// Lengths above 2^31 - 1 units are refused with std::bad_alloc.
-template <typename BaseType, class Traits>
+/// Copies share the text until one of them changes it. The reference count is atomic; one string object belongs to one
+/// thread. A length above 2^31 - 1 units throws std::bad_alloc.
+template <typename BaseType, class StringTraits>
 class CStringT
 {
 public:
@@ -67,14 +74,14 @@ public:
     {
         const int narrowLength = pNarrow == nullptr ? 0 : CheckedLength(std::strlen(pNarrow));
         CStringT wide;
-        const int length = Traits::ToWide(pNarrow, narrowLength, nullptr, 0);
-        Traits::ToWide(pNarrow, narrowLength, wide.GetBuffer(length), length);
+        const int length = StringTraits::ConvertToBaseType(nullptr, 0, pNarrow, narrowLength);
+        StringTraits::ConvertToBaseType(wide.GetBuffer(length), length, pNarrow, narrowLength);
         wide.ReleaseBufferSetLength(length);
         wide.Swap(*this);
         return *this;
     }
 
-    int GetLength() const noexcept { return Data()->length; }
+    int GetLength() const noexcept { return Data()->nDataLength; }
     bool IsEmpty() const noexcept { return GetLength() == 0; }
     PCXSTR GetString() const noexcept { return m_pText; }
     operator PCXSTR() const noexcept { return m_pText; }
@@ -85,9 +92,12 @@ public:
 
     void Append(PCXSTR pText, int length)
     {
-        const CStringT keep = HasRoomBehind(length) ? CStringT() : *this; // pText may point into it
-        Copy(GetBufferBehind(length), pText, length);
-        ReleaseBufferSetLength(GetLength() + length);
+        const int oldLength = GetLength();
+        if (length > INT_MAX - oldLength)
+            throw std::bad_alloc();
+        const CStringT keep = HasRoomFor(length) ? CStringT() : *this; // pText may point into it
+        Copy(GetBuffer(oldLength + length) + oldLength, pText, length);
+        ReleaseBufferSetLength(oldLength + length);
     }
     CStringT& operator+=(const CStringT& other)
     {
@@ -103,20 +113,13 @@ public:
     friend CStringT operator+(const CStringT& left, PCXSTR pRight) { return CStringT(left) += pRight; }
     friend CStringT operator+(PCXSTR pLeft, const CStringT& right) { return CStringT(pLeft) += right; }
 
-    /// By unit value, up to the first NUL: negative, 0 or positive.
+    /// Compares unit values up to the first NUL. Returns a negative number, 0 or a positive one.
     int Compare(PCXSTR pOther) const { return wcscmp(m_pText, pOther); }
     friend bool operator==(const CStringT& left, const CStringT& right) { return left.Compare(right.m_pText) == 0; }
     friend bool operator==(const CStringT& left, PCXSTR pRight) { return left.Compare(pRight) == 0; }
     friend bool operator<(const CStringT& left, const CStringT& right) { return left.Compare(right.m_pText) < 0; }
 
-    /// The index of the first unit of that value from start on, or -1.
-    int Find(XCHAR unit, int start = 0) const noexcept
-    {
-        for (int i = start; i < GetLength(); ++i)
-            if (m_pText[i] == unit)
-                return i;
-        return -1;
-    }
+    /// Returns the index of the last such unit, or -1.
     int ReverseFind(XCHAR unit) const noexcept
     {
         for (int i = GetLength() - 1; i >= 0; --i)
@@ -124,7 +127,7 @@ public:
                 return i;
         return -1;
     }
-    /// Out-of-range arguments are taken to the nearest end.
+    /// Arguments out of range are clamped to the text.
     CStringT Left(int count) const { return Mid(0, count); }
     CStringT Mid(int first) const { return Mid(first, GetLength()); }
     CStringT Mid(int first, int count) const
@@ -139,14 +142,14 @@ public:
         return *this;
     }
 
-    /// printf-like. Only %s with a const WCHAR*, %d, %u, %x and %c are used: pass a CString as GetString().
+    /// As printf, with %s for a const WCHAR*: pass a CString as GetString().
     void Format(PCXSTR pFormat, ...)
     {
         va_list arguments;
         va_start(arguments, pFormat);
         const int length = ::_vscwprintf(pFormat, arguments);
         va_end(arguments);
-        if (length < 0) // more than an int can count
+        if (length < 0) // does not fit an int
             throw std::bad_alloc();
         CStringT formatted;
         const PXSTR pBuffer = formatted.GetBuffer(length);
@@ -157,43 +160,34 @@ public:
         formatted.Swap(*this);
     }
 
-    /// Room for at least that many units, the text so far kept, owned by this string alone. The pointer is good until
-    /// the string changes; a call of ReleaseBuffer or ReleaseBufferSetLength must follow a change through it.
+    /// Returns the text, now owned by this string alone, with room for at least length units. The pointer is valid
+    /// until the string changes. After a change through it, call ReleaseBuffer or ReleaseBufferSetLength. A buffer that
+    /// grows grows by at least half, so that many small additions take linear time.
     PXSTR GetBuffer(int length)
     {
         if (length < GetLength())
             length = GetLength();
         if (IsNil())
             return m_pText = NewText(length);
-        if (!IsShared() && Data()->capacity >= length)
+        if (!IsShared() && Data()->nAllocLength >= length)
             return m_pText;
         CStringT own;
-        own.m_pText = NewText(length);
+        own.m_pText = NewText(IsShared() ? length : GrownCapacity(length));
         own.Fill(m_pText, GetLength());
         own.Swap(*this);
         return m_pText;
-    }
-    /// The place behind the text, with room for that many units more; otherwise as GetBuffer. What grows takes room for
-    /// half as much again, so that many small additions cost no more than their sum.
-    PXSTR GetBufferBehind(int count)
-    {
-        const int length = GetLength();
-        if (count > INT_MAX - length)
-            throw std::bad_alloc();
-        const int spare = HasRoomBehind(count) || count > INT_MAX - length - length / 2 ? 0 : length / 2;
-        return GetBuffer(length + count + spare) + length;
     }
     void ReleaseBufferSetLength(int length) noexcept
     {
         if (IsNil())
             return;
-        Data()->length = length;
+        Data()->nDataLength = length;
         m_pText[length] = 0;
     }
-    /// Gives back the room that the text does not need.
+    /// Releases the room that the text does not need.
     void FreeExtra()
     {
-        if (Data()->capacity != GetLength())
+        if (Data()->nAllocLength != GetLength())
             SetString(m_pText, GetLength());
     }
     /// length -1: up to the first NUL.
@@ -211,14 +205,19 @@ private:
 
     static PXSTR EmptyText() noexcept
     {
-        // One for all empty strings, so that an empty string needs no allocation. Its count is never touched.
+        // Shared by all empty strings, so that they need no allocation. Its reference count never changes.
         static constinit Nil s_nil{{{2}, 0, 0}, 0};
         return reinterpret_cast<PXSTR>(&s_nil.data + 1);
     }
-    /// Every library has an empty text of its own, and strings pass between them: another one's has no room either.
-    bool IsNil() const noexcept { return m_pText == EmptyText() || Data()->capacity == 0; }
-    bool IsShared() const noexcept { return Data()->references.load(std::memory_order_acquire) != 1; }
-    bool HasRoomBehind(int count) const noexcept { return !IsShared() && count <= Data()->capacity - GetLength(); }
+    /// Each library has its own empty text, and strings pass between libraries: another library's has no room, either.
+    bool IsNil() const noexcept { return m_pText == EmptyText() || Data()->nAllocLength == 0; }
+    bool IsShared() const noexcept { return Data()->nRefs.load(std::memory_order_acquire) != 1; }
+    bool HasRoomFor(int count) const noexcept { return !IsShared() && count <= Data()->nAllocLength - GetLength(); }
+    int GrownCapacity(int length) const noexcept
+    {
+        const int capacity = Data()->nAllocLength;
+        return capacity > INT_MAX - capacity / 2 ? length : std::max(length, capacity + capacity / 2);
+    }
     static int CheckedLength(size_t length)
     {
         if (length > static_cast<size_t>(INT_MAX))
@@ -246,12 +245,12 @@ private:
     void AddReference() noexcept
     {
         if (!IsNil())
-            Data()->references.fetch_add(1, std::memory_order_relaxed);
+            Data()->nRefs.fetch_add(1, std::memory_order_relaxed);
     }
     void Release() noexcept
     {
-        // Nobody else can come by the text of a single owner.
-        if (!IsNil() && (!IsShared() || Data()->references.fetch_sub(1, std::memory_order_acq_rel) == 1))
+        // A single owner cannot gain another one meanwhile.
+        if (!IsNil() && (!IsShared() || Data()->nRefs.fetch_sub(1, std::memory_order_acq_rel) == 1))
             ::operator delete(Data());
     }
     void Fill(PCXSTR pText, int length) noexcept
@@ -265,4 +264,10 @@ private:
 };
 } // namespace ATL
 
-using CString = ATL::CStringT<WCHAR, ATL::StrTraitMFC<WCHAR>>;
+/// The traits of strings in a program that uses MFC as a DLL.
+template <typename CharType, class StringIterator = ATL::ChTraitsCRT<CharType>>
+class StrTraitMFC_DLL : public StringIterator
+{
+};
+
+using CString = ATL::CStringT<WCHAR, StrTraitMFC_DLL<WCHAR>>;

@@ -1,6 +1,12 @@
 #pragma once
-/// How a class is marked that a shared library gives out, on the giving and on the taking side.
+/// How a class is marked that a shared library exports, for the exporting and for the importing side; and the Windows
+/// headers.
+/// Different from MFC's: only these two macros, of the many that it defines.
+#ifdef _WINDOWS_
+#error <windows.h> is included before the framework. Include the framework first.
+#endif
 #include "platform/compiler.h"
+#include "platform/win32/win32.h"
 
 #define AFX_CLASS_EXPORT VELTRANO_EXPORT
 #define AFX_CLASS_IMPORT VELTRANO_IMPORT

@@ -1,7 +1,5 @@
 #include <afxwin.h>
 
-#include <afxdd_.h>
-
 #include <exception>
 
 IMPLEMENT_DYNAMIC(CCmdTarget, CObject)
@@ -62,7 +60,7 @@ BOOL CWnd::Attach(HWND hWndNew)
 {
     if (hWndNew == nullptr || m_hWnd != nullptr)
         return FALSE;
-    // A handle can come back for a new window while an object still holds it for one that went unseen.
+    // The system may reuse a handle while an object still holds it for a window that was destroyed without notice.
     if (CWnd* pEarlier = FromHandlePermanent(hWndNew))
         pEarlier->Detach();
     AfxGetStaticModuleState()->m_mapHWND[hWndNew] = this;
@@ -95,7 +93,7 @@ BOOL CWnd::DestroyWindow()
 {
     if (m_hWnd == nullptr || !::DestroyWindow(m_hWnd))
         return FALSE;
-    Detach(); // a dialog has learnt of it by its last message, a control has not
+    Detach(); // a dialog was told by its last message, a control was not
     return TRUE;
 }
 
@@ -137,18 +135,18 @@ CDialog::CDialog(UINT, CWnd*)
 
 CDialog::~CDialog()
 {
-    // The derived part is gone by now. DestroyWindow sends messages before it returns, and they must not reach an
-    // object whose handlers no longer exist, so object and window are parted first.
+    // The derived part is already destroyed. DestroyWindow sends messages before it returns, and they must not reach an
+    // object whose handlers no longer exist, so object and window are separated first.
     if (const HWND hWnd = Detach())
         ::DestroyWindow(hWnd);
 }
 
-/// One call of Create, which the system's frames separate from OnInitDialog. It outlives a dialog that is deleted
-/// there.
+/// Connects a call of Create with its OnInitDialog, across the system's stack frames. Outlives a dialog that
+/// OnInitDialog deletes.
 struct CDialog::CCreation
 {
     CDialog* pDialog;
-    std::exception_ptr pFailure; ///< what OnInitDialog threw
+    std::exception_ptr pFailure; ///< the exception of OnInitDialog
 };
 
 BOOL CDialog::Create(LPCTSTR lpszTemplateName, CWnd* pParentWnd)
@@ -200,7 +198,7 @@ INT_PTR CALLBACK CDialog::DialogProc(HWND hWnd, UINT message, WPARAM wParam, LPA
 {
     if (message == WM_INITDIALOG)
         return InitDialog(hWnd, *reinterpret_cast<CCreation*>(lParam));
-    // None before WM_INITDIALOG, and none once the object has left its window.
+    // Null before WM_INITDIALOG and after Detach.
     auto* pDialog = static_cast<CDialog*>(FromHandlePermanent(hWnd));
     return pDialog == nullptr ? FALSE : pDialog->HandleMessage(message, wParam, lParam);
 }
@@ -214,7 +212,7 @@ INT_PTR CDialog::InitDialog(HWND hWnd, CCreation& creation)
     }
     catch (...)
     {
-        creation.pFailure = std::current_exception(); // must not pass through the system's frames: Create throws it on
+        creation.pFailure = std::current_exception(); // must not cross the system's stack frames: Create rethrows it
         return FALSE;
     }
 }
@@ -243,8 +241,8 @@ INT_PTR CDialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam)
             return FALSE;
         }
     }
-    // An exception must not pass through the system's frames to whoever sent the message. It ends the handler; the
-    // dialog stays as the handler left it, and can be used again.
+    // An exception must not cross the system's stack frames. It ends the handler; the dialog stays as the handler left
+    // it and can still be used.
     catch (CException* pException)
     {
         pException->Delete();
@@ -258,7 +256,7 @@ INT_PTR CDialog::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam)
 void CDialog::ForgetWindows()
 {
     Detach();
-    // The controls have gone before their dialog's last message. Their objects may be attached anew.
+    // The controls are destroyed before their dialog's last message. Their objects may be attached again.
     std::erase_if(AfxGetStaticModuleState()->m_mapHWND,
                   [](const auto& entry)
                   {

@@ -1,10 +1,15 @@
 #pragma once
-/// Application object, module state, windows, dialogs and message maps: a thin layer over the Windows calls. Only what
-/// the module uses, under the original names.
+/// Application object, module state, windows, dialogs and message maps: a thin layer over the Windows calls.
 ///
-/// A window object and its window live apart. An object may have no window yet or no longer, and then its operations
-/// give FALSE or do nothing. The system or the host may destroy a window at any time: the object learns of it and
-/// stays. All windows of a module belong to one thread.
+/// A window object and its window have separate lifetimes. An object without a window returns FALSE or does nothing.
+/// The system or the host may destroy a window at any time; the object is told and stays. All windows of a module
+/// belong to one thread.
+///
+/// Different from MFC's:
+/// - Only the classes and operations that the module uses.
+/// - Windows are not subclassed: an object sees the commands and notifications of a dialog, and no other message.
+/// - An exception thrown by OnInitDialog comes out of Create. One thrown by another handler ends that handler.
+/// - A message map entry holds its handler in the member handler, and there is no routing to other objects.
 #include <afx.h>
 
 #include <unordered_map>
@@ -14,32 +19,30 @@ class CDataExchange;
 class CWinApp;
 class CWnd;
 
-/// What one binary that carries this framework keeps of itself.
+/// The framework's state of one binary that links it.
 class AFX_MODULE_STATE
 {
 public:
     AFX_MODULE_STATE();
-    /// At unload. A dialog that is still open stays open, and takes no more messages to code that is gone.
+    /// Runs at unload. A dialog that is still open stays open, but no longer calls code that has been unloaded.
     ~AFX_MODULE_STATE();
     AFX_MODULE_STATE(const AFX_MODULE_STATE&) = delete;
     AFX_MODULE_STATE& operator=(const AFX_MODULE_STATE&) = delete;
 
-    CWinApp* m_pCurrentWinApp = nullptr; ///< null until the application object is made
-    HINSTANCE m_hCurrentInstanceHandle;
-    HINSTANCE m_hCurrentResourceHandle;        ///< where templates and texts are looked for
-    std::unordered_map<HWND, CWnd*> m_mapHWND; ///< the windows that have an object; objects are not owned
+    CWinApp* m_pCurrentWinApp = nullptr;       ///< null until the application object exists
+    HINSTANCE m_hCurrentResourceHandle;        ///< the binary that contains the dialog templates and strings
+    std::unordered_map<HWND, CWnd*> m_mapHWND; ///< windows with an object; objects are not owned
 };
 
-/// The state of the binary that this code is linked into. It is made when it is first asked for, so whoever asks for it
-/// in a constructor is destroyed before it.
+/// Returns the state of the binary that this code is linked into. The first call creates it, so a static object whose
+/// constructor calls this is destroyed before the state.
 AFX_MODULE_STATE* AfxGetStaticModuleState();
-/// The state in force on this thread: the one that was switched to last, or the binary's own.
+/// Returns the current state of this thread: the one that was switched to last, or the binary's own.
 AFX_MODULE_STATE* AfxGetModuleState();
 CWinApp* AfxGetApp(); ///< null if the binary has no application object
-HINSTANCE AfxGetInstanceHandle();
 HINSTANCE AfxGetResourceHandle();
 
-/// Puts a module's state in force on this thread for as long as the object lives.
+/// Makes a module's state the current one of this thread for the lifetime of the object.
 class AFX_MAINTAIN_STATE2
 {
 public:
@@ -53,23 +56,22 @@ private:
 };
 
 using AFX_PMSG = void (CCmdTarget::*)();
-using AFX_PMSG_NOTIFY = void (CCmdTarget::*)(NMHDR*, LRESULT*);
 
-/// How the handler of an entry is called.
+/// The signature of an entry's handler.
 enum AfxSig
 {
-    AfxSig_end,    ///< behind the last entry
+    AfxSig_end,    ///< marks the end of the entries
     AfxSigCmd_v,   ///< void ()
     AfxSigNotify_v ///< void (NMHDR*, LRESULT*)
 };
 
-union AFX_HANDLER
+union MessageMapFunctions
 {
-    AFX_HANDLER(AFX_PMSG pfnHandler) : pfn(pfnHandler) {}
-    AFX_HANDLER(AFX_PMSG_NOTIFY pfnHandler) : pfnNotify(pfnHandler) {}
+    MessageMapFunctions(AFX_PMSG pfnHandler) : pfn(pfnHandler) {}
+    MessageMapFunctions(void (CCmdTarget::*pfnHandler)(NMHDR*, LRESULT*)) : pfnNotify(pfnHandler) {}
 
-    AFX_PMSG pfn;              ///< for AfxSigCmd_v
-    AFX_PMSG_NOTIFY pfnNotify; ///< for AfxSigNotify_v
+    AFX_PMSG pfn;                                    ///< for AfxSigCmd_v
+    void (CCmdTarget::*pfnNotify)(NMHDR*, LRESULT*); ///< for AfxSigNotify_v
 };
 
 struct AFX_MSGMAP_ENTRY
@@ -77,9 +79,9 @@ struct AFX_MSGMAP_ENTRY
     UINT nMessage; ///< WM_COMMAND or WM_NOTIFY
     UINT nCode;    ///< the notification, such as BN_CLICKED; negative ones as unsigned
     UINT nID;      ///< the control's identifier
-    UINT nLastID;  ///< the same: entries for a range of controls are not used
+    UINT nLastID;  ///< equal to nID: there are no entries for ranges of controls
     UINT_PTR nSig; ///< an AfxSig
-    AFX_HANDLER handler;
+    MessageMapFunctions handler;
 };
 
 struct AFX_MSGMAP
@@ -115,103 +117,103 @@ protected:                                                                      
     {WM_COMMAND, static_cast<WORD>(code), id, id, AfxSigCmd_v, static_cast<AFX_PMSG>(handler)},
 #define ON_BN_CLICKED(id, handler) ON_CONTROL(BN_CLICKED, id, handler)
 #define ON_CBN_SELCHANGE(id, handler) ON_CONTROL(CBN_SELCHANGE, id, handler)
-/// A command that comes from no control in particular has the code 0 as well.
+/// A command that does not come from a control has the code 0, too.
 #define ON_COMMAND(id, handler) ON_CONTROL(0, id, handler)
 #define ON_NOTIFY(code, id, handler)                                                                                   \
-    {WM_NOTIFY, static_cast<UINT>(code), id, id, AfxSigNotify_v, static_cast<AFX_PMSG_NOTIFY>(handler)},
+    {WM_NOTIFY, static_cast<UINT>(code), id,                                                                           \
+     id,        AfxSigNotify_v,          static_cast<void (CCmdTarget::*)(NMHDR*, LRESULT*)>(handler)},
 
-/// Something with a message map. A map is searched from its first entry on, then the map of the base class; the first
-/// entry that fits decides.
+/// An object with a message map. The entries of its class are searched first, in order, then those of the base class;
+/// the first entry that matches is used.
 class CCmdTarget : public CObject
 {
     DECLARE_DYNAMIC(CCmdTarget)
 protected:
-    /// Calls the handler for a WM_COMMAND or WM_NOTIFY of a control. pNotify and pResult are for the latter's handler.
-    /// FALSE if no entry fits. The object may be gone afterwards, if the handler deleted it.
-    BOOL DispatchControlMessage(UINT message, UINT code, UINT id, NMHDR* pNotify, LRESULT* pResult);
-
     static const AFX_MSGMAP* GetThisMessageMap();
     virtual const AFX_MSGMAP* GetMessageMap() const;
+
+private:
+    friend class CWnd;
+    /// Calls the handler for a control's WM_COMMAND or WM_NOTIFY. pNotify and pResult go to the handler of a WM_NOTIFY.
+    /// Returns FALSE if no entry matches. The handler may delete this object.
+    BOOL DispatchControlMessage(UINT message, UINT code, UINT id, NMHDR* pNotify, LRESULT* pResult);
 };
 
-/// The application object of a module; there is at most one. Its constructor makes the module's state known to it.
+/// The application object of a module; there is at most one. Its constructor enters it into the module's state.
 class CWinApp : public CCmdTarget
 {
     DECLARE_DYNAMIC(CWinApp)
 public:
-    /// The name is borrowed; null stands for none.
+    /// The application's name is not used.
     explicit CWinApp(LPCTSTR lpszAppName = nullptr);
     ~CWinApp() override;
 
-    virtual BOOL InitInstance(); ///< at load; FALSE refuses it
-    virtual int ExitInstance();  ///< at unload
-
-    const LPCTSTR m_pszAppName;
+    virtual BOOL InitInstance(); ///< called at load; FALSE makes the load fail
+    virtual int ExitInstance();  ///< called at unload
 
 protected:
     DECLARE_MESSAGE_MAP()
 };
 
-/// The object of a window.
+/// A window.
 class CWnd : public CCmdTarget
 {
     DECLARE_DYNAMIC(CWnd)
 public:
     CWnd() = default;
-    /// Leaves the window as it is: a control's window belongs to the dialog that it stands in.
+    /// Does not destroy the window: a control's window belongs to its dialog.
     ~CWnd() override;
 
-    HWND GetSafeHwnd() const { return m_hWnd; }
-    /// Makes this the object of the window, in place of one that it had. FALSE for null or if this has a window.
+    /// Makes this the object of the window; another object loses it. Returns FALSE for null or if this has a window.
     BOOL Attach(HWND hWndNew);
-    /// Parts object and window; returns the window, null if there was none.
+    /// Separates object and window. Returns the window, or null if there was none.
     HWND Detach();
-    /// The object of a window in this module, or null.
+    /// Returns this module's object of the window, or null.
     static CWnd* FromHandlePermanent(HWND hWnd);
 
-    /// As ::ShowWindow: whether the window was visible before.
+    /// Returns whether the window was visible before, as ::ShowWindow does.
     BOOL ShowWindow(int nCmdShow);
-    /// FALSE without a window, so a second call is harmless. The object stays.
+    /// Returns FALSE without a window, so a second call does no harm. The object stays.
     virtual BOOL DestroyWindow();
-    /// Carries values from the controls to the members (TRUE) or back (FALSE). FALSE if there is no window or a control
-    /// is missing; the values before that one have been carried.
+    /// Copies values from the controls to the members (TRUE) or back (FALSE). Returns FALSE without a window or if a
+    /// control is missing; the values before that control have been copied.
     BOOL UpdateData(BOOL bSaveAndValidate = TRUE);
 
     HWND m_hWnd = nullptr;
 
 protected:
     virtual void DoDataExchange(CDataExchange* pDX);
-    /// WM_COMMAND and WM_NOTIFY, sent to the message map. FALSE if nothing there takes them.
+    /// Pass WM_COMMAND and WM_NOTIFY to the message map. Return FALSE if no entry matches.
     virtual BOOL OnCommand(WPARAM wParam, LPARAM lParam);
     virtual BOOL OnNotify(WPARAM wParam, LPARAM lParam, LRESULT* pResult);
 
     DECLARE_MESSAGE_MAP()
 };
 
-/// A modeless dialog made from a template resource.
+/// A modeless dialog created from a template resource.
 class CDialog : public CWnd
 {
     DECLARE_DYNAMIC(CDialog)
 public:
     CDialog() = default;
-    /// Template and parent are those of a modal run, which this layer does not have. Create has its own.
+    /// Template and parent are for DoModal, which this layer does not have. Create takes its own.
     explicit CDialog(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
-    /// Destroys a window that still lives, without a message to the object.
+    /// Destroys a window that still exists, without a message to the object.
     ~CDialog() override;
 
-    /// Makes the window from the template in AfxGetResourceHandle() and runs OnInitDialog before it returns. FALSE if
-    /// there is no such template, a control cannot be made, or the object has a window already. What OnInitDialog
-    /// throws comes out here; the window is there then. OnInitDialog may delete the object.
+    /// Creates the window from the template in AfxGetResourceHandle() and calls OnInitDialog before it returns. Returns
+    /// FALSE if there is no such template, a control cannot be created, or the object already has a window. An
+    /// exception of OnInitDialog comes out of Create; the window exists then. OnInitDialog may delete the object.
     virtual BOOL Create(LPCTSTR lpszTemplateName, CWnd* pParentWnd = nullptr);
     virtual BOOL Create(UINT nIDTemplate, CWnd* pParentWnd = nullptr);
-    /// Takes a modeless dialog from the screen. Neither the window nor the object is destroyed.
+    /// Hides a modeless dialog. Destroys neither the window nor the object.
     void EndDialog(int nResult);
 
 protected:
-    /// Fills the controls from the members. FALSE if the focus has been set, else the system gives it to the first
-    /// control that takes it.
+    /// Fills the controls from the members. Returns FALSE if it has set the focus; otherwise the system gives the focus
+    /// to the first control that can take it.
     virtual BOOL OnInitDialog();
-    virtual void OnOK();     ///< takes the values over, then ends the dialog with IDOK
+    virtual void OnOK();     ///< copies the values to the members, then ends the dialog with IDOK
     virtual void OnCancel(); ///< ends the dialog with IDCANCEL
 
     DECLARE_MESSAGE_MAP()
@@ -230,20 +232,22 @@ class CComboBox : public CWnd
     DECLARE_DYNAMIC(CComboBox)
 public:
     void ResetContent() { ::SendMessageW(m_hWnd, CB_RESETCONTENT, 0, 0); }
-    /// The new item's index; CB_ERR or CB_ERRSPACE (negative) on failure. The text is copied.
+    /// Returns the new item's index, or CB_ERR or CB_ERRSPACE (negative) on failure. Copies the text.
     int AddString(LPCTSTR lpszString)
     {
         return static_cast<int>(::SendMessageW(m_hWnd, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(lpszString)));
     }
-    /// CB_ERR for an index without an item.
+    /// Returns CB_ERR if there is no item nIndex.
     int SetItemData(int nIndex, DWORD_PTR dwItemData)
     {
         return static_cast<int>(
             ::SendMessageW(m_hWnd, CB_SETITEMDATA, static_cast<WPARAM>(nIndex), static_cast<LPARAM>(dwItemData)));
     }
-    /// The index, or CB_ERR if there is no such item. Sends no CBN_SELCHANGE.
+    /// Returns the index, or CB_ERR if there is no such item. Sends no CBN_SELCHANGE.
     int SetCurSel(int nSelect)
     {
         return static_cast<int>(::SendMessageW(m_hWnd, CB_SETCURSEL, static_cast<WPARAM>(nSelect), 0));
     }
 };
+
+#include <afxdd_.h>

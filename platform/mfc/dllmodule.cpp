@@ -1,13 +1,13 @@
-/// The entry of a regular DLL. The module's state knows its handles by construction, so nothing else is to be set up.
-/// A shared library of another system has no entry that is called behind the constructors, and its application object
-/// gets no InitInstance.
+/// The entry point of a regular DLL. Calls the application object; the module's state needs no other set-up. A shared
+/// library outside Windows has no entry point that is called after the constructors, so InitInstance does not run
+/// there.
 #ifdef _WIN32
 #include <afxwin.h>
 
 namespace
 {
-/// A dialog may be open when the module is unloaded, and its list is a window of this library, which would go with the
-/// module if nobody else used it.
+/// Keeps the library of the list view loaded: a dialog may still be open when the module is unloaded, and the library
+/// would be unloaded with the module.
 void KeepCommonControls()
 {
     HMODULE library = nullptr;
@@ -16,8 +16,8 @@ void KeepCommonControls()
 }
 } // namespace
 
-// The runtime calls it after the module-level objects have been made, and before they are destroyed. A load that is
-// refused is followed by a detach, so ExitInstance comes then, too.
+// The runtime calls it after the constructors of the module-level objects and before their destructors. A load that
+// fails is followed by a detach, so ExitInstance is called then, too.
 extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
 {
     if (reason != DLL_PROCESS_ATTACH && reason != DLL_PROCESS_DETACH)

@@ -1,5 +1,6 @@
 #pragma once
 /// Windows and runtime calls: the real headers on Windows, the stand-in elsewhere. Only wide functions are used.
+/// A source that includes a header of the framework includes that one first.
 #ifdef _WIN32
 #ifndef WIN32_LEAN_AND_MEAN
 #define WIN32_LEAN_AND_MEAN
@@ -14,8 +15,9 @@
 
 #include <cwchar>
 
-#include "platform/text.h" // as the stand-in does; behind windows.h, which makes WCHAR
+#include "platform/text.h" // as the stand-in does
 #else
+#define _WINDOWS_ // as <windows.h> does: the framework checks the order of includes by it
 #include "platform/win32/native/comdef.h"
 #include "platform/win32/native/fileops.h"
 #include "platform/win32/native/kernel.h"

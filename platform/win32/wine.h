@@ -1,5 +1,5 @@
 #pragma once
-/// Whether the Windows calls are Wine's: for tests, which mark where those differ from Windows.
+/// Tells whether the Windows calls are those of Wine. For tests that differ there.
 #include "platform/win32/win32.h"
 
 inline bool IsWine()

@@ -156,9 +156,10 @@ VELTRANO_TARGET_AVX2 size_t DecodeBlocks(const WCHAR* pValue, size_t length, WCH
 bool AppendAsciiValue(const WCHAR* pText, size_t length, CString& target)
 {
     const size_t valueLength = (length + 2) / 3 * 4;
-    if (valueLength > INT_MAX)
+    const int targetLength = target.GetLength();
+    if (valueLength > static_cast<size_t>(INT_MAX - targetLength))
         throw std::bad_alloc();
-    WCHAR* pValue = target.GetBufferBehind(static_cast<int>(valueLength));
+    WCHAR* pValue = target.GetBuffer(targetLength + static_cast<int>(valueLength)) + targetLength;
     size_t i = HasVectorSteps() ? EncodeBlocks(pText, length, pValue) : 0;
     pValue += i / 3 * 4;
     bool isPlain = true;
@@ -175,7 +176,7 @@ bool AppendAsciiValue(const WCHAR* pText, size_t length, CString& target)
         pValue[2] = count > 1 ? s_alphabet[group >> 6 & 63] : TEXT('=');
         pValue[3] = count > 2 ? s_alphabet[group & 63] : TEXT('=');
     }
-    target.ReleaseBufferSetLength(target.GetLength() + (isPlain ? static_cast<int>(valueLength) : 0));
+    target.ReleaseBufferSetLength(targetLength + (isPlain ? static_cast<int>(valueLength) : 0));
     return isPlain;
 }
 

@@ -1,6 +1,6 @@
 #include "projection/base64/StoredAttribute.h"
 
-#include "platform/mfc/decimal.h"
+#include "platform/decimal.h"
 #include "projection/base64/Base64.h"
 #include "projection/base64/Base64Ascii.h"
 #include "xml/XmlAttributeReader.h"

@@ -1,6 +1,6 @@
 #include "commands/CommandManager.h"
 
-#include "platform/host/CoordinateInput.h"
+#include <CoordinateInput.h>
 
 #include <gtest/gtest.h>
 

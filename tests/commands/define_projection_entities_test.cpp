@@ -1,9 +1,9 @@
 #include "projection/Cmd_DefineProjectionEntities.h"
 
-#include "platform/host/CoordinateInput.h"
 #include "platform/host/HostControl.h"
-#include "platform/host/ObjectSelectGeneral.h"
 #include "projection/DlgDefineProjections.h"
+#include <CoordinateInput.h>
+#include <ObjectSelectGeneral.h>
 
 #include <gtest/gtest.h>
 

@@ -2,9 +2,9 @@
 #include "commands/CommandManager.h"
 #include "configuration/ConfigurationStorage.h"
 #include "configuration/Storage.h"
-#include "platform/host/CoordinateInput.h"
 #include "platform/host/HostControl.h"
 #include "sdk/FileConfigurationHandler.h"
+#include <CoordinateInput.h>
 
 #include <gtest/gtest.h>
 

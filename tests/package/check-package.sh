@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Takes the package as its users do, the zip on Windows and the install tree elsewhere; builds the example in it as a
-# stranger's project, and runs it twice over one file in the trial host.
+# Takes the package as its users do, the zip on Windows and the install tree elsewhere, and follows docs/deployment.md
+# outside the source tree: builds the example and runs it in the package's trial host, twice over one storage file.
 # usage: check-package.sh BUILD-FOLDER RUNNER [CMAKE-ARGUMENT...]      RUNNER: what runs the build's programs, as env does
 set -eu -o pipefail
 source=$(cd "$(dirname "$0")/../.." && pwd)
@@ -8,14 +8,17 @@ build=$1 runner=$2
 shift 2
 fail() { echo "$1" >&2; exit 1; }
 
-package=$build/install
-rm -rf "$package" "$build/plugin"
+place=$(mktemp -d)
+trap 'rm -rf "$place"' EXIT
 if [ -e "$build/bin/VeltranoCommands.dll" ]; then
-    (cd "$build" && cpack -G ZIP -B install >/dev/null)
-    (cd "$package" && cmake -E tar xf ./*.zip)
-    package=$(echo "$package"/*-win64)
+    (cd "$build" && cpack -G ZIP -B "$place" >/dev/null)
+    (cd "$place" && cmake -E tar xf ./*.zip)
+    package=$(echo "$place"/*-win64)
+    plugin=plugin.dll
 else
+    package=$place/package
     cmake --install "$build" --prefix "$package" >/dev/null
+    plugin=plugin.so
 fi
 while read -r part licence; do
     [ ! -e "$package/$part" ] || [ -s "$package/share/VeltranoCommands/licences/$licence.txt" ] ||
@@ -29,26 +32,26 @@ bin/vltconfig cli11
 bin/vltconfig.exe cli11
 END
 
-cmake -S "$package/share/VeltranoCommands/examples/plugin" -B "$build/plugin" -G Ninja -DCMAKE_PREFIX_PATH="$package" \
-      -DCMAKE_CXX_FLAGS="-Wall -Wextra -Wpedantic -Werror" "$@" >/dev/null
-cmake --build "$build/plugin"
-if grep -aqr "$source/\(commands\|sdk\|platform\)" "$build/plugin/CMakeFiles/plugin.dir"; then
+cd "$place"
+cp -r "$package/share/VeltranoCommands/examples/plugin" plugin
+cp "$source/trialhost/sample-storage.xml" storage.xml
+
+# The commands of the page, with what belongs to this system put in: the compiler, the program that runs Windows programs.
+page=$source/docs/deployment.md
+commands=$(awk '/^```/ { inside = /^```sh/; next } inside' "$page")
+[ -n "$commands" ] || fail "$page has no commands"
+configure=(-DCMAKE_CXX_FLAGS="-Wall -Wextra -Wpedantic -Werror" -G Ninja "$@")
+commands=${commands//PACKAGE\/bin\/trialhost/\"\$runner\" \"$package\"/bin/trialhost*}
+commands=${commands//=PACKAGE/=\"$package\" \"\$\{configure[@]\}\"}
+commands=${commands//build\/plugin.dll/build/$plugin}
+for run in 1 2; do
+    printed=$(set -eu; eval "$commands" | tr -d '\r')
+    for expected in "this was run $run" 'next to Add: .*Projection' 'next to Pick an entity: .*Layer.*Entity'; do
+        grep -q "$expected" <<<"$printed" || fail "$printed
+the package's trial host does not print: $expected"
+    done
+done
+if grep -aqr "$source/\(commands\|sdk\|platform\)" build/CMakeFiles/plugin.dir; then
     fail "the example took headers from the source tree"
 fi
-
-cd "$build/plugin"
-plugin=plugin.so
-[ -e "$plugin" ] || plugin=plugin.dll
-trialhost=$build/bin/trialhost
-[ -e "$trialhost" ] || trialhost=$trialhost.exe
-cp "$source/trialhost/sample-storage.xml" storage.xml
-for run in 1 2; do
-    expected="report        this was run $run
-command       CMD_COUNT_RUNS has run
-report        the count is complete
-command       completed"
-    printed=$("$runner" "$trialhost" --script --plugin "$plugin" storage.xml | tr -d '\r') || fail "the trial host failed:
-$printed"
-    diff <(echo "$expected") <(echo "$printed" | tail -n 4)
-done
-echo "$printed"
+grep 'combo box\|this was run' <<<"$printed"

@@ -1,12 +1,8 @@
-#include "platform/text.h"
 #include "platform/win32/win32.h"
-#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
 #include <climits>
-#include <cstdlib>
 #include <string>
 
 namespace
@@ -67,39 +63,6 @@ TEST(Runtime, LengthWhereverATextStands)
         }
 }
 
-// Every byte has its unit and back, the controls of 0x80 to 0x9F too: no code page comes in between.
-TEST(Runtime, BytesAndUnitsAreOneToOne)
-{
-    std::string bytes;
-    WString text;
-    for (int i = 1; i <= 0xFF; ++i)
-    {
-        bytes += static_cast<char>(i);
-        text += static_cast<WCHAR>(i);
-    }
-    WString wide(256, TEXT('#'));
-    EXPECT_EQ(mbstowcs(wide.data(), bytes.c_str(), 256), 255u);
-    EXPECT_TRUE(wide.c_str() == text);
-    std::string narrow(256, '#');
-    EXPECT_EQ(wcstombs(narrow.data(), text.c_str(), 256), 255u);
-    EXPECT_TRUE(narrow.c_str() == bytes);
-}
-
-TEST(Runtime, NarrowingStopsAtTheRoomAndAtForeignUnits)
-{
-    const size_t failed = static_cast<size_t>(-1);
-    std::string buffer(4, '#');
-    EXPECT_EQ(wcstombs(buffer.data(), TEXT("ab"), 4), 2u);
-    EXPECT_EQ(buffer, std::string("ab\0#", 4));
-    EXPECT_EQ(wcstombs(buffer.data(), TEXT("x\u0100"), 1), 1u); // the room ends before the foreign unit
-    EXPECT_EQ(buffer, std::string("xb\0#", 4));
-    errno = 0;
-    EXPECT_EQ(wcstombs(buffer.data(), TEXT("\u0100"), 4), failed);
-    EXPECT_EQ(errno, EILSEQ);
-    EXPECT_EQ(wcstombs(nullptr, TEXT("a\u0100"), 0), 2u); // counting looks at no unit
-    EXPECT_EQ(mbstowcs(static_cast<WCHAR*>(nullptr), "\xFC\x80", 0), 2u);
-}
-
 TEST(Runtime, FormattingIsCutToTheBuffer)
 {
     const WString whole = TEXT("-2147483648 %: (null), x|beefA");
@@ -121,20 +84,4 @@ TEST(Runtime, FormattingIsCutToTheBuffer)
         EXPECT_TRUE(whole.substr(0, row.written) == buffer.c_str()) << &row - rows;
         EXPECT_EQ(buffer[row.size], TEXT('#')) << &row - rows;
     }
-}
-
-TEST(Runtime, OpensFilesButNoFolders)
-{
-    const CTestFolder folder;
-    folder.Write(u"file", "x\r\ny");
-    errno = 0;
-    EXPECT_EQ(_wfopen(folder.Path().c_str(), TEXT("rb")), nullptr);
-    EXPECT_EQ(errno, EACCES);
-    EXPECT_EQ(_wfopen(folder.Path(TEXT("missing")).c_str(), TEXT("rb")), nullptr);
-    EXPECT_EQ(errno, ENOENT);
-    FILE* pFile = _wfopen(folder.Path(TEXT("file")).c_str(), TEXT("rb"));
-    ASSERT_NE(pFile, nullptr);
-    char bytes[8];
-    EXPECT_EQ(fread(bytes, 1, 8, pFile), 4u);
-    fclose(pFile);
 }

@@ -2,7 +2,7 @@
 
 #include "commands/CommandManager.h"
 #include "configuration/Storage.h"
-#include "platform/host/CoordinateInput.h"
+#include <CoordinateInput.h>
 
 namespace
 {

@@ -1,7 +1,6 @@
 #pragma once
 /// Text helpers for expectations.
 #include "platform/text.h"
-#include "platform/win32/win32.h"
 #include "xml/XmlDocument.h"
 
 #include <gtest/gtest.h>

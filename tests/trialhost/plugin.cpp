@@ -1,6 +1,6 @@
 // The plug-ins of plugin_test.cpp, one for each KIND.
 #include "sdk/PlugIn.h"
-#include "platform/host/CoordinateInput.h"
+#include <CoordinateInput.h>
 
 #include <stdexcept>
 

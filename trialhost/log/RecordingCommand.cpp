@@ -1,7 +1,7 @@
 #include "trialhost/log/RecordingCommand.h"
 
-#include "platform/host/CoordinateInput.h"
 #include "trialhost/Format.h"
+#include <CoordinateInput.h>
 
 CRecordingCommand::CRecordingCommand(CCallLog& log, boost::shared_ptr<VLT::ICommand> pCommand)
     : m_log(log), m_pCommand(std::move(pCommand)), m_id(m_pCommand->GetId())

@@ -1,8 +1,8 @@
 #include "trialhost/log/RecordingManager.h"
 
 #include "commands/CommandManager.h"
-#include "platform/host/CoordinateInput.h"
 #include "trialhost/Format.h"
+#include <CoordinateInput.h>
 
 namespace
 {

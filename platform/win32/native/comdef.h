@@ -1,7 +1,7 @@
 #pragma once
 #include "platform/win32/native/types.h"
 
-/// An HRESULT thrown by value, as the compiler's COM support does it.
+/// An HRESULT as an exception, thrown by value.
 class _com_error
 {
 public:

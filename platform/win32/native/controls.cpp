@@ -8,7 +8,7 @@
 
 namespace
 {
-/// Push buttons, check boxes, group boxes. Of the radio buttons' group behaviour nothing is here.
+/// Push buttons, check boxes, group boxes; radio buttons without their group behaviour.
 class CButton : public CWindow
 {
 public:
@@ -65,7 +65,7 @@ public:
     LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override
     {
         const LRESULT result = CWindow::HandleMessage(message, wParam, lParam);
-        if (message == WM_SETTEXT && !HasStyle(ES_MULTILINE)) // the multi-line one tells only of the user's changes
+        if (message == WM_SETTEXT && !HasStyle(ES_MULTILINE)) // a multi-line field reports only the user's changes
         {
             NotifyParent(EN_UPDATE);
             NotifyParent(EN_CHANGE);
@@ -79,7 +79,7 @@ struct CCollatorCloser
     void operator()(UCollator* pCollator) const { ucol_close(pCollator); }
 };
 
-/// The order of a sorted list: the alphabet's, in which an umlaut stands with its letter; case does not count.
+/// The order of a sorted list: alphabetical, an umlaut next to its letter, without regard to case.
 bool StandsBefore(const WString& left, const WString& right)
 {
     static const std::unique_ptr<UCollator, CCollatorCloser> s_pCollator = []
@@ -93,7 +93,7 @@ bool StandsBefore(const WString& left, const WString& right)
                         static_cast<int32_t>(right.size())) == UCOL_LESS;
 }
 
-/// The window's own text is what the edit field or the closed drop-down list shows.
+/// The window's text is that of the edit field or the closed drop-down list.
 class CComboBox : public CWindow
 {
 public:
@@ -140,7 +140,7 @@ private:
             return exists ? CB_OKAY : CB_ERR;
         case CB_GETITEMDATA:
             return exists ? m_items[index].data : CB_ERR;
-        case CB_GETLBTEXT: // the message tells no size: the caller makes room by CB_GETLBTEXTLEN
+        case CB_GETLBTEXT: // the message has no size: the caller asks for it with CB_GETLBTEXTLEN
             return exists
                        ? CopyText(m_items[index].text, reinterpret_cast<LPWSTR>(lParam), m_items[index].text.size() + 1)
                        : CB_ERR;
@@ -164,7 +164,7 @@ private:
         return index;
     }
 
-    /// An index of no item takes the selection away.
+    /// An invalid index removes the selection.
     LRESULT Select(WPARAM index)
     {
         const bool exists = index < m_items.size();
@@ -183,7 +183,7 @@ std::shared_ptr<CWindow> Make(const WString& className, DWORD style, DWORD exSty
     return std::make_shared<T>(className, style, exStyle, id);
 }
 
-/// The first six in the order of their numbers in templates.
+/// The first six are in the order of their numbers in templates.
 constexpr struct
 {
     LPCWSTR pName;

@@ -6,7 +6,7 @@
 
 namespace
 {
-/// What a template says of the dialog or of one of its controls. The rectangle is in dialog units.
+/// A template's data of the dialog or of one control. The rectangle is in dialog units.
 struct CTemplateItem
 {
     DWORD style = 0;
@@ -33,7 +33,7 @@ public:
         m_isExtended = start.ReadWord() == 1 && start.ReadWord() == 0xFFFF;
     }
 
-    /// Nothing if the template is damaged.
+    /// Empty if the template is damaged.
     std::optional<CDialogTemplate> Read()
     {
         CDialogTemplate result;
@@ -73,7 +73,7 @@ private:
         control.rect = ReadRect();
         control.id = m_isExtended ? m_reader.ReadDword() : m_reader.ReadWord();
         control.className = m_reader.ReadName();
-        control.text = m_reader.ReadName().text; // a number instead names a picture: no text
+        control.text = m_reader.ReadName().text; // a number refers to a picture: no text
         SkipCreationData();
         return control;
     }
@@ -101,7 +101,7 @@ private:
         return rect;
     }
 
-    /// The size of the standard form counts itself, that of the extended form does not.
+    /// The size in the standard form includes itself, the one in the extended form does not.
     void SkipCreationData()
     {
         const WORD size = m_reader.ReadWord();
@@ -118,7 +118,7 @@ class CDialogWindow : public CWindow
 {
 public:
     CDialogWindow(const CTemplateItem& item, DLGPROC pProcedure)
-        // Shown, if at all, when the controls are there.
+        // Becomes visible only after its controls exist.
         : CWindow(u"#32770", item.style & ~static_cast<DWORD>(WS_VISIBLE), item.exStyle, 0)
     {
         m_longs[DWLP_MSGRESULT] = 0;
@@ -132,7 +132,7 @@ public:
         const auto pProcedure = reinterpret_cast<DLGPROC>(m_longs[DWLP_DLGPROC]);
         const INT_PTR handled = pProcedure == nullptr ? FALSE : pProcedure(m_handle, message, wParam, lParam);
         if (message == WM_INITDIALOG)
-            return handled; // the one of these messages whose answer is the procedure's own result
+            return handled; // for this message the procedure's own result is the answer
         if (handled != FALSE)
             return m_longs[DWLP_MSGRESULT];
         if (message == WM_CLOSE)
@@ -149,7 +149,7 @@ private:
     }
 };
 
-/// Empty if one of the controls is of an unknown class.
+/// Null if the class of a control is unknown.
 std::vector<std::shared_ptr<CWindow>> MakeControls(const std::vector<CTemplateItem>& items)
 {
     std::vector<std::shared_ptr<CWindow>> controls;
@@ -199,7 +199,7 @@ HWND CreateDialogParamW(HINSTANCE module, LPCWSTR pTemplate, HWND parent, DLGPRO
     if (!dialogTemplate)
         return Failed(ERROR_INVALID_DATA);
     const auto controls = MakeControls(dialogTemplate->controls);
-    // A class of the dialog's own would have to be registered, for which there is no call here.
+    // A dialog class of its own would have to be registered, and the stand-in has no call for that.
     if (dialogTemplate->dialog.className != CResourceName() || controls.size() != dialogTemplate->controls.size())
         return Failed(ERROR_CANNOT_FIND_WND_CLASS);
     if (parent != nullptr && !WindowOf(parent))

@@ -1,14 +1,14 @@
 #pragma once
-/// Between Windows paths and those of this system. For the stand-in's own use.
+/// Converts between Windows paths and paths of this system. Internal to the stand-in.
 #include "platform/win32/native/types.h"
 
 #include <string>
 
-/// UTF-8, '\\' turned into '/'. A lone surrogate becomes U+FFFD, so a name with one is not found.
+/// Returns UTF-8 with '/' for '\\'. A lone surrogate becomes U+FFFD, so a name with one is not found.
 std::string NativePath(const WCHAR* pPath);
-/// The way back: UTF-16, '/' turned into '\\'.
+/// Returns UTF-16 with '\\' for '/'.
 WString WindowsPath(const std::string& path);
-/// The Windows error code for an errno value.
+/// Returns the Windows error code for an errno value.
 DWORD WindowsError(int error);
-/// The file descriptor behind a handle of CreateFileW.
+/// Returns the file descriptor of a handle from CreateFileW.
 int DescriptorOf(HANDLE file);

@@ -1,12 +1,12 @@
 #pragma once
-/// Reads the little-endian records of compiled resources. For the stand-in's own use.
+/// Reads the little-endian records of compiled resources. Internal to the stand-in.
 #include "platform/win32/native/resources.h"
 
 #include <algorithm>
 #include <cstddef>
 #include <cstring>
 
-/// Walks over borrowed bytes and never past their end: a read that would do so gives 0, and so do all later ones.
+/// Reads borrowed bytes in order. A read past their end returns 0, and so do all later reads.
 class CResourceReader
 {
 public:
@@ -20,7 +20,7 @@ public:
     DWORD ReadDword() { return Read<DWORD>(); }
     short ReadShort() { return Read<short>(); }
 
-    /// The unit 0xFFFF and a number, or a text with its NUL.
+    /// Reads the unit 0xFFFF and a number, or a NUL-terminated text.
     CResourceName ReadName()
     {
         CResourceName name;
@@ -42,7 +42,7 @@ public:
             m_position += count;
     }
 
-    /// To the next multiple of 4, or to the end if that comes first: the last record need not be filled up.
+    /// Moves to the next multiple of 4, or to the end if that comes first: the last record need not be padded.
     void Align() { Skip(std::min((4 - m_position % 4) % 4, GetRest())); }
 
 private:

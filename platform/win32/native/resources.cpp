@@ -12,7 +12,7 @@ namespace
 {
 std::vector<const CModuleResources*> s_modules;
 
-/// Reads one entry and moves on to the next. False at the end and at a damaged entry.
+/// Reads one entry and moves to the next. Returns false at the end and at a damaged entry.
 bool ReadEntry(CResourceReader& reader, const BYTE* pBegin, CResource& resource)
 {
     const size_t start = reader.GetPosition();
@@ -25,7 +25,7 @@ bool ReadEntry(CResourceReader& reader, const BYTE* pBegin, CResource& resource)
     resource.language = reader.ReadWord();
     reader.Skip(2 * sizeof(DWORD)); // version, characteristics
 
-    // The header's size must agree with what was read: otherwise the data would not be where it says.
+    // The header's size must match what was read: the data follows the header.
     if (reader.HasFailed() || reader.GetPosition() - start != headerSize)
         return false;
     resource.pBytes = pBegin + reader.GetPosition();
@@ -34,7 +34,7 @@ bool ReadEntry(CResourceReader& reader, const BYTE* pBegin, CResource& resource)
     return !reader.HasFailed();
 }
 
-/// As the compiler stores it: names in upper case.
+/// Converts a name as the resource compiler does: to upper case.
 CResourceName NameOf(LPCWSTR pName)
 {
     if (IS_INTRESOURCE(pName))
@@ -54,7 +54,7 @@ std::span<const CResource> ResourcesOf(HMODULE module)
     return (*found)->GetResources();
 }
 
-/// How well a resource's language answers the one that was asked for: 0 is best, NoMatch not at all.
+/// How well a resource's language matches the requested one: 0 is best, NoMatch not at all.
 constexpr int NoMatch = 0x20000;
 int LanguageRank(WORD language, WORD wanted)
 {
@@ -155,7 +155,7 @@ int LoadStringW(HINSTANCE module, UINT id, LPWSTR pBuffer, int size)
     const HRSRC block = FindResourceW(module, MAKEINTRESOURCEW(number / TextsPerBlock + 1), RT_STRING);
     if (block == nullptr || size < 0)
         return 0;
-    // Each text of a block is its count of units and the units; a number without a text has the count 0.
+    // A block stores each string as its length in units and the units; a missing string has length 0.
     CResourceReader reader(ResourceOf(block)->pBytes, ResourceOf(block)->size);
     for (UINT i = 0; i < number % TextsPerBlock; ++i)
         reader.Skip(reader.ReadWord() * sizeof(WCHAR));

@@ -1,5 +1,5 @@
 #pragma once
-/// Resources of the binaries of this process, read from their compiled form (.res), and the calls that find them.
+/// Resources of this process's binaries, read from their compiled form (.res), and the calls that find them.
 #include "platform/win32/native/types.h"
 
 #include <vector>
@@ -22,14 +22,14 @@ constexpr WORD SUBLANG_NEUTRAL = 0;
 constexpr WORD SUBLANG_ENGLISH_US = 1;
 constexpr WORD SUBLANG_ENGLISH_UK = 2;
 
-/// Only its address counts: it names the binary that it is linked into, as on Windows.
+/// Its address identifies the binary that it is linked into, as on Windows.
 struct IMAGE_DOS_HEADER
 {
     int unused;
 };
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
-/// A resource's type or name: a number, or a text where the number is 0.
+/// A resource's type or name: a number, or a text if the number is 0.
 struct CResourceName
 {
     WORD number = 0;
@@ -37,7 +37,7 @@ struct CResourceName
     bool operator==(const CResourceName&) const = default;
 };
 
-/// One entry of a .res file. The bytes are those of the file.
+/// One entry of a .res file. The bytes belong to the file.
 struct CResource
 {
     CResourceName type;
@@ -47,9 +47,9 @@ struct CResource
     DWORD size = 0; // bytes
 };
 
-/// Makes the resources of one binary known for as long as the object lives. The bytes are borrowed and start at a
-/// multiple of 4, as the entries do inside. Reading stops at the first damaged entry; those before it are kept.
-/// Binaries come and go while nobody looks for a resource.
+/// Registers the resources of one binary for the lifetime of the object. The bytes are borrowed and aligned to 4, as
+/// the entries inside are. Reading stops at the first damaged entry and keeps those before it.
+/// Not synchronised with the calls below: load and unload binaries while no other thread uses resources.
 class CModuleResources
 {
 public:
@@ -66,21 +66,21 @@ private:
     std::vector<CResource> m_resources;
 };
 
-/// Type and name: a text, whose case does not count, or MAKEINTRESOURCEW of a number. module: the address of its
-/// __ImageBase; null finds nothing. Language 0 takes any language, English (United States) first, then the lowest
-/// number; otherwise the language itself, its neutral form or the neutral language are taken.
-/// Null where there is none, with ERROR_RESOURCE_DATA_NOT_FOUND (the module has no resources),
+/// Type and name: a text, compared without regard to case, or MAKEINTRESOURCEW of a number. module: the address of its
+/// __ImageBase; null finds nothing. Language 0 accepts any language: English (United States) first, then the lowest
+/// number. Any other accepts the language itself, then its neutral form, then the neutral language.
+/// Returns null if not found, with ERROR_RESOURCE_DATA_NOT_FOUND (the module has no resources),
 /// ERROR_RESOURCE_TYPE_NOT_FOUND, ERROR_RESOURCE_NAME_NOT_FOUND or ERROR_RESOURCE_LANG_NOT_FOUND.
 HRSRC FindResourceExW(HMODULE module, LPCWSTR pType, LPCWSTR pName, WORD language);
-/// FindResourceExW in language 0. The two arguments stand in the other order here, as on Windows.
+/// FindResourceExW in language 0. Name and type are in the opposite order, as on Windows.
 HRSRC FindResourceW(HMODULE module, LPCWSTR pName, LPCWSTR pType);
-/// The resource's bytes, which stay the module's; null for a null resource.
+/// Returns the resource's bytes, owned by the module; null for a null resource.
 HGLOBAL LoadResource(HMODULE module, HRSRC resource);
 LPVOID LockResource(HGLOBAL data);
-/// In bytes; 0 for a null resource.
+/// Returns the size in bytes; 0 for a null resource.
 DWORD SizeofResource(HMODULE module, HRSRC resource);
 
-/// Copies a text of the string table, cut to size - 1 WCHARs, and returns its units without the NUL; 0 if it has none,
-/// and then the buffer is left alone if the whole block of 16 texts is missing.
-/// size 0: pBuffer is an LPWSTR*, which is set to the text in the resource itself; that has no NUL.
+/// Copies a string, cut to size - 1 units. Returns its length in units without the NUL, 0 if there is no such string.
+/// If the whole block of 16 strings is missing, the buffer is not changed. size 0: pBuffer is an LPWSTR*, which
+/// receives the address of the string in the resource, without a NUL.
 int LoadStringW(HINSTANCE module, UINT id, LPWSTR pBuffer, int size);

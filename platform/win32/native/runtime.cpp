@@ -15,7 +15,7 @@
 
 namespace
 {
-/// 32 units, aligned as a whole: they lie in one page, so all may be read where one may.
+/// 32 units, aligned to their size: they are in one page, so if one can be read, all can.
 constexpr uintptr_t BlockBytes = 64;
 
 /// A bit for each NUL of a block.
@@ -71,15 +71,6 @@ const WCHAR* wcschr(const WCHAR* pText, WCHAR unit)
     return pText;
 }
 
-const WCHAR* wcsrchr(const WCHAR* pText, WCHAR unit)
-{
-    const WCHAR* pFound = nullptr;
-    for (; *pText != 0; ++pText)
-        if (*pText == unit)
-            pFound = pText;
-    return unit == 0 ? pText : pFound;
-}
-
 namespace
 {
 bool IsSpace(WCHAR unit)
@@ -115,7 +106,7 @@ long wcstol(const WCHAR* pText, WCHAR** ppEnd, int base)
     if (base == 16 && IsHexPrefix(p))
         p += 2;
 
-    // The lowest 32-bit number is one further from zero than the highest.
+    // The lowest 32-bit number has a greater absolute value than the highest.
     const int64_t limit = static_cast<int64_t>(std::numeric_limits<int32_t>::max()) + (negative ? 1 : 0);
     int64_t value = 0;
     const WCHAR* pDigits = p;
@@ -162,7 +153,7 @@ size_t mbstowcs(WCHAR* pText, const char* pBytes, size_t count)
 
 namespace
 {
-/// Takes the units of a formatted text, counts them all and keeps those that fit.
+/// Collects the units of a formatted text: counts all and stores those that fit.
 class CFormatOutput
 {
 public:

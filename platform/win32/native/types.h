@@ -1,5 +1,5 @@
 #pragma once
-/// The Windows base types, with the widths that they have on 64-bit Windows.
+/// The Windows base types, with their widths on 64-bit Windows.
 #include "platform/text.h"
 
 #include <cstdint>
@@ -13,7 +13,6 @@
 using BOOL = int;
 using BYTE = unsigned char;
 using WORD = unsigned short;
-using INT = int;
 using UINT = unsigned int;
 using LONG = int32_t;
 using DWORD = uint32_t;
@@ -39,7 +38,6 @@ using HWND = struct HWND__*;
 using HMENU = struct HMENU__*;
 
 constexpr HRESULT E_FAIL = static_cast<HRESULT>(0x80004005);
-constexpr HRESULT E_OUTOFMEMORY = static_cast<HRESULT>(0x8007000E);
 
 constexpr DWORD MAX_PATH = 260; // WCHARs, the terminator included
 
@@ -48,6 +46,5 @@ constexpr DWORD MAX_PATH = 260; // WCHARs, the terminator included
 #define MAKELONG(low, high)                                                                                            \
     (static_cast<LONG>(static_cast<DWORD>(static_cast<WORD>(low)) | static_cast<DWORD>(static_cast<WORD>(high)) << 16))
 #define MAKEWPARAM(low, high) (static_cast<WPARAM>(static_cast<DWORD>(MAKELONG(low, high))))
-#define MAKELPARAM(low, high) (static_cast<LPARAM>(static_cast<DWORD>(MAKELONG(low, high))))
-/// A resource's number in the place of its name.
+/// Converts a resource's number to a resource name.
 #define MAKEINTRESOURCEW(number) (reinterpret_cast<LPWSTR>(static_cast<UINT_PTR>(static_cast<WORD>(number))))

@@ -9,7 +9,7 @@
 
 namespace
 {
-// At namespace level, and so in place before the objects of the libraries that use this one, and gone after them.
+// At namespace level: constructed before the objects of the libraries that use this one, and destroyed after them.
 std::map<HWND, std::shared_ptr<CWindow>> s_windows;
 std::deque<MSG> s_messages;
 UINT_PTR s_lastHandle = 0x10000;
@@ -19,7 +19,7 @@ void SendDestroy(CWindow& window)
 {
     window.m_isBeingDestroyed = true;
     SendMessageW(window.m_handle, WM_DESTROY, 0, 0);
-    const std::vector<HWND> children = window.m_children; // a handler may destroy one of them on its own
+    const std::vector<HWND> children = window.m_children; // a copy, since a handler may destroy one of them
     for (const HWND child : children)
         if (const auto pChild = WindowOf(child))
             SendDestroy(*pChild);
@@ -38,7 +38,7 @@ void Remove(CWindow& window)
     s_windows.erase(window.m_handle);
 }
 
-/// The upper left corner on the screen.
+/// Returns the upper left corner in screen coordinates.
 POINT OriginOf(HWND window)
 {
     POINT origin = {};
@@ -126,11 +126,11 @@ BOOL DestroyWindow(HWND window)
     if (!pWindow)
         return FALSE;
     if (pWindow->m_isBeingDestroyed)
-        return TRUE; // from a handler of WM_DESTROY or WM_NCDESTROY: the work is under way
+        return TRUE; // called from a handler of WM_DESTROY or WM_NCDESTROY
     const std::vector<HWND> children = pWindow->m_children;
     for (const HWND child : children)
         if (const auto pChild = WindowOf(child); pChild && !pChild->HasStyle(WS_CHILD))
-            DestroyWindow(child); // the windows that it owns go first
+            DestroyWindow(child); // owned windows are destroyed first
     pWindow->SetStyle(WS_VISIBLE, false);
     SendDestroy(*pWindow);
     Remove(*pWindow);
@@ -203,12 +203,6 @@ HWND GetFocus()
     return IsWindow(s_focus) ? s_focus : nullptr;
 }
 
-HWND GetParent(HWND window)
-{
-    const auto pWindow = WindowOf(window);
-    return pWindow && (pWindow->HasStyle(WS_CHILD) || pWindow->HasStyle(WS_POPUP)) ? pWindow->m_parent : nullptr;
-}
-
 HWND GetDlgItem(HWND dialog, int id)
 {
     HWND item = GetWindow(dialog, GW_CHILD);
@@ -254,7 +248,7 @@ int GetWindowTextW(HWND window, LPWSTR pBuffer, int size)
 {
     if (size <= 0)
         return 0;
-    pBuffer[0] = 0; // also for a window that is none
+    pBuffer[0] = 0; // for an invalid handle, too
     return static_cast<int>(
         SendMessageW(window, WM_GETTEXT, static_cast<WPARAM>(size), reinterpret_cast<LPARAM>(pBuffer)));
 }
@@ -262,12 +256,6 @@ int GetWindowTextW(HWND window, LPWSTR pBuffer, int size)
 int GetWindowTextLengthW(HWND window)
 {
     return static_cast<int>(SendMessageW(window, WM_GETTEXTLENGTH, 0, 0));
-}
-
-int GetClassNameW(HWND window, LPWSTR pBuffer, int size)
-{
-    const auto pWindow = WindowOf(window);
-    return pWindow && size > 0 ? CopyText(pWindow->m_className, pBuffer, static_cast<size_t>(size)) : 0;
 }
 
 LONG_PTR GetWindowLongPtrW(HWND window, int index)
@@ -303,19 +291,4 @@ BOOL GetWindowRect(HWND window, RECT* pRect)
     const RECT& rect = pWindow->m_rect;
     *pRect = {origin.x, origin.y, origin.x + rect.right - rect.left, origin.y + rect.bottom - rect.top};
     return TRUE;
-}
-
-int MapWindowPoints(HWND from, HWND to, POINT* pPoints, UINT count)
-{
-    const POINT source = OriginOf(from);
-    const POINT target = OriginOf(to);
-    const POINT move = {source.x - target.x, source.y - target.y};
-    for (UINT i = 0; i < count; ++i)
-        pPoints[i] = {pPoints[i].x + move.x, pPoints[i].y + move.y};
-    return MAKELONG(move.x, move.y);
-}
-
-BOOL MapDialogRect(HWND dialog, RECT*)
-{
-    return WindowOf(dialog) != nullptr;
 }

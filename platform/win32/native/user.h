@@ -1,8 +1,8 @@
 #pragma once
-/// Windows, dialogs and controls without a screen, under their Windows names. A window keeps what the messages below
-/// read and write, and answers them as the real one does; it draws nothing and knows neither mouse nor keyboard.
-/// All of it belongs to one thread, the user interface's. A handle is never given out twice. Calls with a handle of no
-/// window fail with ERROR_INVALID_WINDOW_HANDLE.
+/// Windows, dialogs and controls without a screen, under their Windows names. A window stores what the messages below
+/// read and write, and answers them as a real one does. It draws nothing and has neither mouse nor keyboard.
+/// Everything belongs to one thread, that of the user interface. Handles are never reused. Calls with an invalid window
+/// handle fail with ERROR_INVALID_WINDOW_HANDLE.
 #include "platform/win32/native/types.h"
 
 using DLGPROC = INT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
@@ -37,9 +37,8 @@ struct INITCOMMONCONTROLSEX
     DWORD dwSize;
     DWORD dwICC;
 };
-using LPNMHDR = NMHDR*;
 
-// The constants have the types that they have on Windows, so that what compiles here compiles there.
+// The constants have the same types as on Windows, so that code that compiles here compiles there.
 constexpr int WM_DESTROY = 0x0002;
 constexpr int WM_SETTEXT = 0x000C;
 constexpr int WM_GETTEXT = 0x000D;
@@ -49,9 +48,7 @@ constexpr int WM_NOTIFY = 0x004E;
 constexpr int WM_NCDESTROY = 0x0082;
 constexpr int WM_INITDIALOG = 0x0110;
 constexpr int WM_COMMAND = 0x0111;
-constexpr int WM_USER = 0x0400;
 
-constexpr LONG WS_OVERLAPPED = 0x00000000;
 constexpr DWORD WS_POPUP = 0x80000000;
 constexpr LONG WS_CHILD = 0x40000000;
 constexpr LONG WS_VISIBLE = 0x10000000;
@@ -71,7 +68,6 @@ constexpr LONG SS_LEFT = 0x00;
 constexpr LONG ES_MULTILINE = 0x04;
 constexpr LONG ES_AUTOHSCROLL = 0x80;
 
-constexpr LONG BS_PUSHBUTTON = 0x0;
 constexpr LONG BS_DEFPUSHBUTTON = 0x1;
 constexpr LONG BS_CHECKBOX = 0x2;
 constexpr LONG BS_AUTOCHECKBOX = 0x3;
@@ -91,7 +87,6 @@ constexpr int BN_CLICKED = 0;
 constexpr int EN_CHANGE = 0x0300;
 constexpr int EN_UPDATE = 0x0400;
 
-constexpr LONG CBS_SIMPLE = 0x001;
 constexpr LONG CBS_DROPDOWN = 0x002;
 constexpr LONG CBS_DROPDOWNLIST = 0x003;
 constexpr LONG CBS_SORT = 0x100;
@@ -132,63 +127,57 @@ constexpr int GW_HWNDNEXT = 2;
 constexpr int GW_CHILD = 5;
 constexpr int PM_REMOVE = 1;
 
-/// Makes a modeless dialog and its controls from the module's template, a standard or an extended one, and sends it
-/// WM_INITDIALOG. parent: its owner, or its parent if the template says WS_CHILD; null for none.
-/// The dialog is the caller's until DestroyWindow, or goes with its parent. Null if the template is missing or damaged
-/// (ERROR_INVALID_DATA), if a control is of an unknown class (ERROR_CANNOT_FIND_WND_CLASS), or if WM_INITDIALOG
-/// destroyed the dialog.
+/// Creates a modeless dialog and its controls from the module's template, standard or extended, and sends it
+/// WM_INITDIALOG. parent: the owner, or the parent if the template has WS_CHILD; may be null.
+/// The caller owns the dialog until DestroyWindow; it is destroyed with its parent. Returns null if the template is
+/// missing or damaged (ERROR_INVALID_DATA), if a control's class is unknown (ERROR_CANNOT_FIND_WND_CLASS), or if
+/// WM_INITDIALOG destroyed the dialog.
 HWND CreateDialogParamW(HINSTANCE module, LPCWSTR pTemplate, HWND parent, DLGPROC pProcedure, LPARAM parameter);
-/// Hides a modeless dialog, which lives on. FALSE if the window is no dialog.
+/// Hides a modeless dialog without destroying it. Returns FALSE if the window is not a dialog.
 BOOL EndDialog(HWND dialog, INT_PTR result);
-/// Always TRUE: the classes are known from the start.
+/// Returns TRUE: all classes are always registered.
 BOOL InitCommonControlsEx(const INITCOMMONCONTROLSEX* pClasses);
 
-/// WM_DESTROY goes to the window and then to its children, WM_NCDESTROY to the children and then to the window.
+/// Sends WM_DESTROY to the window and then to its children, WM_NCDESTROY to the children and then to the window.
 BOOL DestroyWindow(HWND window);
 BOOL IsWindow(HWND window);
 
-/// The class's own behaviour, or the dialog procedure's; 0 for what a class does not answer.
+/// Calls the class's own procedure, or the dialog procedure. Returns 0 for a message that the class does not handle.
 LRESULT SendMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 LRESULT SendDlgItemMessageW(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
-/// Puts the message behind those that wait; it is delivered by the caller's message loop.
+/// Appends the message to the queue, which the caller's message loop delivers.
 BOOL PostMessageW(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-/// Only for all windows, all messages and PM_REMOVE. FALSE if none waits. What waits for a destroyed window is dropped.
+/// Supports only all windows, all messages and PM_REMOVE. Returns FALSE if the queue is empty. Messages for a destroyed
+/// window are dropped.
 BOOL PeekMessageW(MSG* pMessage, HWND window, UINT first, UINT last, UINT remove);
 LRESULT DispatchMessageW(const MSG* pMessage);
 
-/// Not 0 if the window was visible before.
+/// Returns whether the window was visible before.
 BOOL ShowWindow(HWND window, int command);
-/// TRUE if the window and all its parents are shown, though none is on a screen.
+/// Returns TRUE if the window and all its parents have WS_VISIBLE.
 BOOL IsWindowVisible(HWND window);
-/// Remembered, without effect on anything. Returns the window that had the focus, or null.
+/// Stores the window, without any other effect. Returns the window that had the focus, or null.
 HWND SetFocus(HWND window);
 HWND GetFocus();
 
-/// The parent of a child window, the owner of a popup window.
-HWND GetParent(HWND window);
-/// The first child with the identifier, or null.
+/// Returns the first child with the identifier, or null.
 HWND GetDlgItem(HWND dialog, int id);
 int GetDlgCtrlID(HWND window);
-/// Only GW_CHILD, the first child in the template's order, and GW_HWNDNEXT, the next of a child's siblings; or null.
-/// The first top-level window of that class and text; null counts as any.
+/// Returns a top-level window of that class and text, or null. A null argument matches any.
 HWND FindWindowW(LPCWSTR pClassName, LPCWSTR pText);
+/// GW_CHILD: the first child, in the template's order. GW_HWNDNEXT: a child's next sibling. Returns null if there is
+/// none; no other relation is supported.
 HWND GetWindow(HWND window, UINT relation);
 
-/// Texts in UTF-16 units. The buffer's size counts the NUL; the result does not.
+/// Lengths and sizes in UTF-16 units. The buffer's size includes the NUL; the result does not.
 BOOL SetWindowTextW(HWND window, LPCWSTR pText);
 int GetWindowTextW(HWND window, LPWSTR pBuffer, int size);
 int GetWindowTextLengthW(HWND window);
-/// "#32770" for a dialog.
-int GetClassNameW(HWND window, LPWSTR pBuffer, int size);
 
-/// Only for the indexes above; those with D are a dialog's. Setting returns the value before; 0 with
-/// ERROR_INVALID_INDEX for an index that the window does not have.
+/// Support the indexes above; those that begin with D belong to dialogs. SetWindowLongPtrW returns the value before.
+/// Both return 0 with ERROR_INVALID_INDEX for an index that the window does not have.
 LONG_PTR GetWindowLongPtrW(HWND window, int index);
 LONG_PTR SetWindowLongPtrW(HWND window, int index, LONG_PTR value);
 
-/// In pixels of the screen, each of them a dialog unit; windows have no frame here.
+/// In pixels of the screen. One pixel is one dialog unit; windows have no frame.
 BOOL GetWindowRect(HWND window, RECT* pRect);
-/// From one window's pixels to another's; null is the screen. Returns how far the points moved, as MAKELONG(x, y).
-int MapWindowPoints(HWND from, HWND to, POINT* pPoints, UINT count);
-/// From dialog units to pixels, which are the same here.
-BOOL MapDialogRect(HWND dialog, RECT* pRect);

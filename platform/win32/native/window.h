@@ -1,12 +1,12 @@
 #pragma once
-/// A window from the inside. For the stand-in's own use.
+/// The implementation of a window. Internal to the stand-in.
 #include "platform/win32/native/user.h"
 
 #include <map>
 #include <memory>
 #include <vector>
 
-/// A window of a class with no behaviour of its own; the classes that have some derive from it.
+/// A window without behaviour of its own; window classes with behaviour derive from it.
 class CWindow
 {
 public:
@@ -15,7 +15,7 @@ public:
     CWindow(const CWindow&) = delete;
     CWindow& operator=(const CWindow&) = delete;
 
-    /// The window procedure; here the one that stands behind every class.
+    /// The window procedure; this one is the default of every class.
     virtual LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
     bool HasStyle(DWORD style) const { return (m_longs.at(GWL_STYLE) & style) == style; }
@@ -34,15 +34,15 @@ public:
     bool m_isBeingDestroyed = false;
 };
 
-/// The window with a handle, or null with ERROR_INVALID_WINDOW_HANDLE. Whoever lets a window handle a message keeps
-/// the pointer as long: the handler may destroy the window.
+/// Returns the window of a handle, or null with ERROR_INVALID_WINDOW_HANDLE. Keep the pointer while the window handles
+/// a message: the handler may destroy the window.
 std::shared_ptr<CWindow> WindowOf(HWND handle);
-/// Gives the window its handle and makes it the last child of its parent (null for none).
+/// Assigns the window's handle and makes it the last child of its parent, which may be null.
 HWND AddWindow(const std::shared_ptr<CWindow>& pWindow, HWND parent);
-/// Copies as much as fits with a NUL into a buffer of size WCHARs. Returns the units copied.
+/// Copies as many units as fit with a NUL into a buffer of size units. Returns the number of units copied.
 int CopyText(const WString& text, LPWSTR pBuffer, size_t size);
 
-/// A control of the named class (any case), or null if there is no such class.
+/// Creates a control of the named class, in any case; null if there is no such class.
 std::shared_ptr<CWindow> MakeControl(const WString& className, DWORD style, DWORD exStyle, UINT_PTR id);
-/// The name of one of the classes that a template names by number (0x80 to 0x85); empty for another number.
+/// Returns the name of a class that a template identifies by number (0x80 to 0x85); empty for another number.
 WString ControlClassName(WORD number);

@@ -1,9 +1,9 @@
 // The command of the DLL, run again and again: handles and heap must return to their level.
 #include "commands/CommandManager.h"
-#include "platform/host/CoordinateInput.h"
 #include "platform/host/HostControl.h"
 #include "tests/endurance/Endurance.h"
 #include "tests/support/RecordingHandler.h"
+#include <CoordinateInput.h>
 
 #include <gtest/gtest.h>
 

@@ -6,9 +6,9 @@
 #include <cstdint>
 #include <string_view>
 
-/// What _wtoi makes of the text: white space, a sign and the digits behind it; 0 without digits; the nearest int for a
-/// number out of range. Runtimes differ in what they take for white space and digits beyond ASCII; here a number ends
-/// at any other unit.
+/// Converts the number at the start of the text as _wtoi does: white space, a sign, digits. Returns 0 without digits,
+/// and the nearest int for a number out of range. Runtimes differ in what counts as white space and digits beyond
+/// ASCII; here only ASCII counts.
 inline int DecimalToInt(std::basic_string_view<WCHAR> text)
 {
     text.remove_prefix(std::min(text.find_first_not_of(TEXT(" \t\n\v\f\r")), text.size()));
