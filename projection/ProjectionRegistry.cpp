@@ -87,7 +87,7 @@ size_t UsualLength(const CProjectionDefinition& definition)
 CString CProjectionDefinition::GetXML()
 {
     CString element;
-    element.GetBufferBehind(static_cast<int>(std::min<size_t>(UsualLength(*this), INT_MAX)));
+    element.GetBuffer(static_cast<int>(std::min<size_t>(UsualLength(*this), INT_MAX)));
     AppendElement(*this, element);
     return element;
 }
@@ -103,7 +103,7 @@ CString CProjectionRegistry::GetXML()
     for (const auto& pDefinition : m_definitions)
         length += UsualLength(*pDefinition);
     CString text;
-    text.GetBufferBehind(static_cast<int>(std::min<size_t>(length, INT_MAX)));
+    text.GetBuffer(static_cast<int>(std::min<size_t>(length, INT_MAX)));
     Append(RegistryStart, text);
     for (const auto& pDefinition : m_definitions)
         AppendElement(*pDefinition, text);

@@ -1,4 +1,6 @@
 // vltconfig: reads and changes storage files, whose values are base64, so that people can see what they hold.
+#include <afxstr.h> // the framework before the Windows headers
+
 #include "platform/console/console.h"
 #include "platform/win32/utf8.h"
 #include "tools/vltconfig/Output.h"

@@ -1,3 +1,5 @@
+#include <afxstr.h> // the framework before the Windows headers
+
 #include "platform/win32/utf8.h"
 #include "tools/vltconfig/Definitions.h"
 #include "tools/vltconfig/KeyedPairs.h"

@@ -1,3 +1,5 @@
+#include <afxstr.h> // the framework before the Windows headers
+
 #include "platform/win32/errortext.h"
 #include "platform/win32/utf8.h"
 #include "sdk/FileAccess.h"
