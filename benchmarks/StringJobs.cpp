@@ -155,6 +155,7 @@ class CCompiledTexts
 public:
     CCompiledTexts()
     {
+        std::fprintf(stderr, "compiling the texts for gettext and ICU\n");
         const std::string& folder = m_folder.GetPath();
         std::ofstream catalogue(folder + "/strings.po");
         std::ofstream bundle(folder + "/root.txt");
