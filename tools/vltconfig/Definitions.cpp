@@ -10,8 +10,11 @@ bool HasSameField(const CProjectionDefinition& left, const CProjectionDefinition
 
 std::string FieldText(const CProjectionDefinition& definition, const DefinitionField& field)
 {
-    return field.pText != nullptr ? "\"" + Printable(ViewOf(definition.*field.pText), Backslash::Double) + "\""
-                                  : std::to_string(definition.*field.pNumber);
+    if (field.pNumber != nullptr)
+        return std::to_string(definition.*field.pNumber);
+    std::string text(1, '"');
+    text += Printable(ViewOf(definition.*field.pText), Backslash::Double);
+    return text += '"';
 }
 
 std::optional<std::vector<CProjectionDefinition>> ReadDefinitions(TextView id, TextView cfg)

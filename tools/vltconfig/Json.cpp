@@ -41,7 +41,8 @@ std::string JsonString(TextView text)
 
 CJsonObject& CJsonObject::AddRaw(const char* pName, const std::string& json)
 {
-    m_text += (m_text.empty() ? "\"" : ", \"") + std::string(pName) + "\": " + json;
+    m_text += m_text.empty() ? "\"" : ", \"";
+    m_text.append(pName).append("\": ").append(json);
     return *this;
 }
 

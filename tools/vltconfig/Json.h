@@ -16,7 +16,7 @@ public:
     CJsonObject& Add(const char* pName, int number) { return AddRaw(pName, std::to_string(number)); }
     CJsonObject& Add(const char* pName, bool value) { return AddRaw(pName, value ? "true" : "false"); }
     CJsonObject& AddRaw(const char* pName, const std::string& json);
-    std::string GetText() const { return "{" + m_text + "}"; }
+    std::string GetText() const { return std::string(1, '{').append(m_text).append(1, '}'); }
 
 private:
     std::string m_text;

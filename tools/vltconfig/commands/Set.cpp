@@ -7,6 +7,7 @@
 #include "tools/vltconfig/Json.h"
 #include "tools/vltconfig/Store.h"
 
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -55,8 +56,8 @@ class CEditedFile
 public:
     CEditedFile()
     {
-        m_folder = std::filesystem::temp_directory_path() /
-                   ("vltconfig-" + std::to_string(std::chrono::system_clock::now().time_since_epoch().count()));
+        const auto now = std::chrono::system_clock::now().time_since_epoch().count();
+        m_folder = std::filesystem::temp_directory_path() / std::string("vltconfig-").append(std::to_string(now));
         if (!std::filesystem::create_directory(m_folder))
             throw std::runtime_error("no folder for temporary files can be made");
         permissions(m_folder, std::filesystem::perms::owner_all);
