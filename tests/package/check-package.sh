@@ -45,7 +45,13 @@ commands=${commands//PACKAGE\/bin\/trialhost/\"\$runner\" \"$package\"/bin/trial
 commands=${commands//=PACKAGE/=\"$package\" \"\$\{configure[@]\}\"}
 commands=${commands//build\/plugin.dll/build/$plugin}
 for run in 1 2; do
-    printed=$(set -eu; eval "$commands" | tr -d '\r')
+    # Not as part of a condition, in which errors would not end the commands.
+    set +e
+    printed=$(set -eu -o pipefail; eval "$commands" 2>&1 | tr -d '\r')
+    code=$?
+    set -e
+    [ $code -eq 0 ] || fail "run $run of the page's commands fails with code $code:
+$printed"
     for expected in "this was run $run" 'next to Add: .*Projection' 'next to Pick an entity: .*Layer.*Entity'; do
         grep -q "$expected" <<<"$printed" || fail "$printed
 the package's trial host does not print: $expected"

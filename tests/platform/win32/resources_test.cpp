@@ -36,7 +36,7 @@ TEST(Resources, LoadStringFindsItsTextInTheBlock)
         const int units = LoadStringW(s_module, row.id, buffer.data(), row.size);
         EXPECT_EQ(units, static_cast<int>(row.text.size())) << row.id << " in " << row.size;
         EXPECT_TRUE(row.text == buffer.c_str() || row.id == 20001) << row.id << " in " << row.size;
-        EXPECT_EQ(buffer[static_cast<size_t>(units) + 1], TEXT('#')) << "written behind the NUL of " << row.id;
+        EXPECT_EQ(buffer[static_cast<size_t>(units) + 1], TEXT('#')) << "written after the NUL of " << row.id;
     }
     LPWSTR pText = nullptr;
     ASSERT_EQ(LoadStringW(s_module, 32, reinterpret_cast<LPWSTR>(&pText), 0), 18);

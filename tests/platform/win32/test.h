@@ -1,5 +1,5 @@
 #pragma once
-// Numbers of the resources that the tests of the Windows calls use. A comment behind one says why it is there.
+// Numbers of the resources that the tests of the Windows calls use. A comment after a number says why it is there.
 #define DIALOG_EXTENDED 100
 #define DIALOG_STANDARD 101
 #define DIALOG_UNKNOWN_CLASS 102
