@@ -86,7 +86,7 @@ private:
     HACCEL m_keys;
     HFONT m_font = nullptr;
     UINT m_dpi = 96;
-    int m_drawingWidth = 410; ///< of the drawing, in thousandths of the window's width
+    int m_drawingWidth = 395; ///< of the drawing, in thousandths of the window's width
     int m_upperHeight = 640;  ///< of drawing and storage, in thousandths of the height between the bars
     CStdPoint2D m_mouse{0, 0};
     HWND m_placedDialog = nullptr;

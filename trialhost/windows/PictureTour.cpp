@@ -70,10 +70,10 @@ bool TakePictures(CMainWindow& window, CTrialSession& session, CCallLog& log, co
         session.GetHost().PressButton(IDOK);
     session.Complete();
     areSaved &= save(window.GetStorage().GetHandle(), TEXT("definitions.png"));
-    window.SetShares(410, 250);
+    window.SetShares(395, 250);
     window.GetLogPane().ShowFirst();
     areSaved &= save(window.GetLogPane().GetHandle(), TEXT("log.png"));
-    window.SetShares(410, 640);
+    window.SetShares(395, 640);
     log.Clear();
     if (commands.size() > 1)
     {

@@ -55,7 +55,7 @@ void CStoragePane::SetDpi(UINT dpi, HFONT font)
         ::SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
     SetColumns(m_identifiers, {TEXT("Identifier")}, {ScaleLength(s_identifierWidth - 10, dpi)});
     std::vector<int> widths;
-    for (const int width : {126, 86, 102, 48, 72, 56, 48}) // as the captions need, and for texts of common length
+    for (const int width : {140, 86, 102, 48, 72, 56, 48}) // as the captions need, and for texts of common length
         widths.push_back(ScaleLength(width, dpi));
     SetColumns(m_definitions, {s_definitionFields.begin(), s_definitionFields.end()}, widths);
     Arrange();
