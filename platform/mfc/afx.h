@@ -3,6 +3,9 @@
 /// Different from MFC's: no serialisation, no creation of objects by class name, no error texts of exceptions.
 /// CFileFind tells the path of a match and nothing else about it.
 #include <afxstr.h>
+#ifdef AFX_AFTER_WINDOWS
+#error <windows.h> is included before the framework. Include the framework first.
+#endif
 
 class CObject;
 

@@ -3,7 +3,7 @@
 /// headers.
 /// Different from MFC's: only these two macros, of the many that it defines.
 #ifdef _WINDOWS_
-#error <windows.h> is included before the framework. Include the framework first.
+#define AFX_AFTER_WINDOWS // <afx.h> and the headers that include it refuse this order
 #endif
 #include "platform/compiler.h"
 #include "platform/win32/win32.h"
