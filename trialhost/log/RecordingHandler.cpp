@@ -22,8 +22,9 @@ CRecordingHandler::CRecordingHandler(CCallLog& log, const WString& path, VLT::CF
 int CRecordingHandler::OpenStorage()
 {
     CCallScope call(m_log, TEXT("IConfigurationHandler::OpenStorage()"));
-    ThrowIf(eFault::ThrowsAtOpen);
-    const int opened = m_fault == eFault::Refuses ? 0 : m_file.OpenStorage();
+    if (m_fault == eFault::ThrowsAtOpen)
+        throw std::runtime_error("the configuration handler fails, as the menu Faults asks");
+    const int opened = m_fault == eFault::RefusesToOpen ? 0 : m_file.OpenStorage();
     call.Return(Number(opened));
     return opened;
 }
@@ -31,7 +32,6 @@ int CRecordingHandler::OpenStorage()
 void CRecordingHandler::CloseStorage()
 {
     const CCallScope call(m_log, TEXT("IConfigurationHandler::CloseStorage()"));
-    ThrowIf(eFault::ThrowsAtClose);
     m_file.CloseStorage();
 }
 
@@ -49,16 +49,9 @@ int CRecordingHandler::SaveConfiguration(const WCHAR* pId, const WCHAR* pCfg)
 {
     CCallScope call(m_log, TEXT("IConfigurationHandler::SaveConfiguration(") + Text(pId) + TEXT(", ") + Text(pCfg) +
                                TEXT(")"));
-    ThrowIf(eFault::ThrowsAtSave);
     const int saved = m_file.SaveConfiguration(pId, pCfg);
     m_hasSaved = saved != 0;
     m_savedText = pCfg;
     call.Return(Number(saved));
     return saved;
-}
-
-void CRecordingHandler::ThrowIf(eFault fault) const
-{
-    if (m_fault == fault)
-        throw std::runtime_error("the configuration handler fails, as the menu Faults asks");
 }

@@ -9,14 +9,12 @@
 class CRecordingHandler : public VLT::IConfigurationHandler
 {
 public:
-    /// What the operations do in place of their work.
+    /// What OpenStorage does instead of its work.
     enum class eFault
     {
         None,
-        Refuses, ///< OpenStorage gives 0
-        ThrowsAtOpen,
-        ThrowsAtSave,
-        ThrowsAtClose
+        RefusesToOpen,
+        ThrowsAtOpen
     };
 
     CRecordingHandler(CCallLog& log, const WString& path, VLT::CFileConfigurationHandler::Report report);
@@ -36,8 +34,6 @@ public:
     const CString& GetSavedText() const { return m_savedText; }
 
 private:
-    void ThrowIf(eFault fault) const;
-
     CCallLog& m_log;
     const WString m_path;
     VLT::CFileConfigurationHandler m_file;

@@ -59,7 +59,7 @@ bool IsForFirstRun(eFault fault)
 CArmedFault::CArmedFault(eFault fault, CTrialHost& host, const boost::shared_ptr<CRecordingHandler>& pHandler)
     : m_fault(fault)
 {
-    pHandler->SetFault(fault == eFault::HandlerRefuses  ? CRecordingHandler::eFault::Refuses
+    pHandler->SetFault(fault == eFault::HandlerRefuses  ? CRecordingHandler::eFault::RefusesToOpen
                        : fault == eFault::HandlerThrows ? CRecordingHandler::eFault::ThrowsAtOpen
                                                         : CRecordingHandler::eFault::None);
     const auto pUsed = fault == eFault::NoHandler ? boost::shared_ptr<CRecordingHandler>() : pHandler;

@@ -26,8 +26,6 @@ public:
 
     /// Handles the messages that wait.
     void DispatchWaiting();
-    /// The resolution in dots per inch that sizes and fonts are made for.
-    UINT GetDpi() const { return m_dpi; }
     /// Divides the window: widths and heights in thousandths.
     void SetShares(int drawingWidth, int upperHeight);
     CDrawingPane& GetDrawing() { return *m_pDrawing; }
@@ -85,7 +83,7 @@ private:
 
     HACCEL m_keys;
     HFONT m_font = nullptr;
-    UINT m_dpi = 96;
+    UINT m_dpi = 96;          ///< dots per inch that sizes and fonts are made for
     int m_drawingWidth = 395; ///< of the drawing, in thousandths of the window's width
     int m_upperHeight = 640;  ///< of drawing and storage, in thousandths of the height between the bars
     CStdPoint2D m_mouse{0, 0};
