@@ -6,7 +6,7 @@
 
 namespace
 {
-/// Some controls of the module's template, and counters.
+/// A dialog over the module's template that counts calls of its handlers.
 class CTestDialog : public CDialog
 {
 public:
@@ -47,14 +47,14 @@ TEST(Mfc, WindowAndObjectGoInAnyOrder)
     EXPECT_FALSE(dialog.ShowWindow(SW_SHOW) || dialog.DestroyWindow() || dialog.UpdateData(TRUE));
     EXPECT_FALSE(dialog.CDialog::Create(4711)) << "no such template";
 
-    for (int round = 0; round < 2; ++round) // one object can have one window after the other
+    for (int round = 0; round < 2; ++round) // an object can have several windows in turn
     {
         ASSERT_TRUE(dialog.Create());
         EXPECT_FALSE(dialog.Create()) << "it has a window";
         EXPECT_EQ(dialog.m_list.m_hWnd, ::GetDlgItem(dialog.m_hWnd, IDC_LIST_DEFINITIONS));
         EXPECT_FALSE(dialog.ShowWindow(SW_SHOW)) << "it was hidden";
         EXPECT_TRUE(dialog.ShowWindow(SW_HIDE)) << "it was visible";
-        ::DestroyWindow(dialog.m_hWnd); // as a host does that closes everything
+        ::DestroyWindow(dialog.m_hWnd); // as a host that closes all windows
         EXPECT_TRUE(dialog.m_hWnd == nullptr && dialog.m_list.m_hWnd == nullptr);
         EXPECT_FALSE(dialog.DestroyWindow());
     }

@@ -1,4 +1,4 @@
-// Whatever happens to the dialog, from whichever side: nothing breaks, nothing is left, and the command runs again.
+// Host, plug-in and user close the dialog in every way: nothing crashes, no window is left, and the command runs again.
 #include "platform/host/HostControl.h"
 #include "projection/Cmd_DefineProjectionEntities.h"
 #include "projection/DlgDefineProjections.h"
@@ -34,7 +34,7 @@ public:
     void Run() { m_command.Run(nullptr); }
     void RunAgain()
     {
-        const std::unique_ptr<CDlgDefineProjections> pFirst(s_pDlgDefineProjections); // nobody's now
+        const std::unique_ptr<CDlgDefineProjections> pFirst(s_pDlgDefineProjections); // the command forgets it
         Run();
         ::SendMessageW(pFirst->m_hWnd, WM_COMMAND, IDOK, 0);
     }
@@ -61,7 +61,7 @@ public:
     void Throw() { throw std::runtime_error("no storage"); }
     void ThrowMfcException() { throw new CException; }
 
-    /// The command ends, its dialog is gone, and another run saves.
+    /// Completes the command, expects that its dialog is gone, and that another run saves.
     void ExpectSound()
     {
         Complete();
@@ -91,7 +91,7 @@ TEST_F(Survival, OfWhatHappensToAnOpenDialog)
     const struct
     {
         const char* pName;
-        std::vector<Step> steps; // behind Run
+        std::vector<Step> steps; // after Run
         Calls calls;             // of the handler
     } rows[] = {
         {"the host destroys the window", {&S::DestroyWindow}, s_opened},
@@ -118,7 +118,7 @@ TEST_F(Survival, OfWhatHappensToAnOpenDialog)
     }
 }
 
-// The handler is the plug-in's: it may do anything to the dialog that waits for its answer. So may the host's report.
+// The plug-in's handler may do anything during a call of the dialog; so may the host while it shows the report.
 TEST_F(Survival, OfWhatHappensInsideACall)
 {
     const std::pair<const char*, Step> rows[] = {
@@ -153,7 +153,7 @@ TEST_F(Survival, OfWhatHappensInsideACall)
             catch (const std::runtime_error&)
             {
             }
-            // A message's sender gets no exception.
+            // An exception inside a window message does not reach the sender.
             const bool throws = step == &S::Throw || step == &S::ThrowMfcException;
             EXPECT_EQ(hasThrown, throws && call != "save" && call != "close");
             PressOk();

@@ -1,5 +1,5 @@
-// Texts in blocks of exactly their own size, with a page behind them that nobody may touch: a read behind the end
-// breaks the program in every build, also where no sanitizer runs.
+// Texts that end directly before an inaccessible page: reading past the end crashes every build, also those without
+// sanitizers.
 #include "platform/compiler.h"
 #include "projection/base64/Base64.h"
 #include "projection/base64/Base64Ascii.h"
@@ -50,17 +50,18 @@ public:
 #endif
     }
 
-    /// A copy of these units, the last directly before the page. Good until the next one.
+    /// Returns a copy of the units whose last one lies directly before the inaccessible page. Valid until the next Put.
     const WCHAR* Put(const WCHAR* pUnits, size_t count)
     {
         auto* pCopy = reinterpret_cast<WCHAR*>(m_pRoom + Room) - count;
         std::copy_n(pUnits, count, pCopy);
         return pCopy;
     }
+    /// The same for a text with its NUL.
     const WCHAR* PutText(const WString& text)
     {
         return Put(text.c_str(), text.size() + 1);
-    } ///< with its NUL
+    }
 
 private:
     char* m_pRoom = nullptr;

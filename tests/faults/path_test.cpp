@@ -1,4 +1,4 @@
-// Files whose names are long, or in any alphabet, and what takes the place of a file.
+// Long and non-ASCII paths, and paths that are no files, in all functions that open files.
 #include "configuration/Storage.h"
 #include "tests/support/TestFolder.h"
 #include "uistrings/TextFile.h"
@@ -43,12 +43,12 @@ TEST(Paths, AreTakenByAllReadersAndWriters)
         storage.AddConfiguration(boost::make_shared<VLT::CConfiguration>());
         EXPECT_EQ(storage.Save(path), row.works ? 1 : 0);
         EXPECT_EQ(storage.Load(path), row.works ? 1 : 0);
-        EXPECT_EQ(storage.GetConfigurationVector()->size(), 1U); // the one that was read, or that was there
+        EXPECT_EQ(storage.GetConfigurationVector()->size(), 1U); // the loaded record, or the record before
     }
 }
 
 #ifndef _WIN32
-// A file of the Linux kernel that opens and cannot be read at its beginning.
+// A file of the Linux kernel that opens, but cannot be read at its start.
 TEST(Paths, AreRefusedWhenNothingCanBeRead)
 {
     TextFile file;
