@@ -60,6 +60,6 @@ bool CSplitter::OnKey(WPARAM key)
     const WPARAM forth = m_isHorizontal ? VK_DOWN : VK_RIGHT;
     if (key != back && key != forth)
         return false;
-    m_onMove(key == forth ? s_arrowStep : -s_keyStep);
+    m_onMove(key == forth ? s_arrowStep : -s_arrowStep);
     return true;
 }
