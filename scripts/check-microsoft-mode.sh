@@ -18,7 +18,8 @@ compile() { # SOURCE
     local definitions=()
     case $1 in
     platform/host/*) definitions=(-DPLATFORM_HOST_BUILD) ;;
-    commands/* | configuration/* | projection/* | uistrings/* | xml/* | tools/*) definitions=(-DVELTRANO_MODULE_BUILD) ;;
+    commands/* | configuration/* | projection/* | uistrings/* | xml/*) definitions=(-DVELTRANO_MODULE_BUILD) ;;
+    tools/*) definitions=(-DVELTRANO_MODULE_BUILD '-DVELTRANO_VERSION="0"') ;;
     esac
     # The library reads __GNUC__ and the Windows headers want one of at least 4.2; the compiler defines none in this mode.
     ${CMAKE_CXX_COMPILER_LAUNCHER:-} clang++-19 --target=x86_64-pc-windows-msvc19.40 -fms-extensions -std=c++20 \

@@ -54,9 +54,9 @@ TEST(TrialDrawing, PlacesStayWhereTheyAreUnderTheMouse)
 
     for (int i = 0; i < 1000; ++i)
         view.Zoom(i < 500 ? 1.5 : 0.1, {0, 0}); // far beyond both limits
-    const CPixel far = view.ToPixel({1e300, -1e300});
-    EXPECT_EQ(far.x, 1000000);
-    EXPECT_EQ(far.y, 1000000);
+    const CPixel distant = view.ToPixel({1e300, -1e300});
+    EXPECT_EQ(distant.x, 1000000);
+    EXPECT_EQ(distant.y, 1000000);
     view.Fit({Line(5, 5, 5)}); // no extent in any direction
     EXPECT_EQ(view.ToPixel({5, 5}).x, 200);
 }
