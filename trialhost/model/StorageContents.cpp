@@ -11,12 +11,13 @@ const CDefinitionRow s_definitionFields = {TEXT("Name"),  TEXT("Long. section"),
 namespace
 {
 /// Changes when the file does. 0: there is no such file.
-long long StampOf(const WString& path)
+uint64_t StampOf(const WString& path)
 {
     std::error_code error;
     const auto time = std::filesystem::last_write_time(path, error);
     const auto size = error ? 0 : std::filesystem::file_size(path, error);
-    return error ? 0 : static_cast<long long>(time.time_since_epoch().count()) * 31 + static_cast<long long>(size);
+    // The sum may wrap.
+    return error ? 0 : static_cast<uint64_t>(time.time_since_epoch().count()) * 31 + size;
 }
 
 /// The text that is stored as value. The module decodes the attributes of a record, so the value is given to it as one.
@@ -48,7 +49,7 @@ WString FlagOf(const WString& tag, const WString& name)
 
 bool CStorageContents::Update(bool isForced)
 {
-    const long long stamp = StampOf(m_path);
+    const uint64_t stamp = StampOf(m_path);
     if (!isForced && stamp == m_stamp)
         return false;
     m_stamp = stamp;

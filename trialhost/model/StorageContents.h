@@ -25,7 +25,7 @@ public:
 
 private:
     WString m_path;
-    long long m_stamp = 0; ///< of the file when it was read: time of its last change and its size
+    uint64_t m_stamp = 0; ///< of the file when it was read: time of its last change and its size
     std::vector<CRecord> m_records;
     WString m_errorText;
 };
