@@ -140,7 +140,7 @@ TEST_F(DefineProjections, WithoutStorageOkOnlyEnds)
 TEST_F(DefineProjections, ComboBoxesShowTheEnglishTextsAtEveryOpening)
 {
     CUIStrings::Instance(); // a Plugins folder next to this program may hold texts already; those stay
-    CUIStrings::LoadFile(TEXT("en"), CTestFile("2 A kind\n3 Zone\n4 Entity\n").GetPath());
+    CUIStrings::LoadFile(TEXT("en"), CTestFile("2 A kind\n3 Zone\n4 Entity\n", TEXT("dialog_test.dat")).GetPath());
     for (int opening = 0; opening < 2; ++opening)
     {
         CUIStrings::m_currentLanguage = TEXT("de");

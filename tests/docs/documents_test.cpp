@@ -78,7 +78,7 @@ TEST(Documents, StringFileExampleIsRead)
 {
     const auto blocks = MatchesOf(ReadSource("docs/formats.md"), "```text\n([^`]*)```");
     ASSERT_EQ(blocks.size(), 1u);
-    const CTestFile file(blocks[0][1]);
+    const CTestFile file(blocks[0][1], TEXT("documents_test.dat"));
     CUIStrings* pStrings = CUIStrings::Instance(); // the first call sets the language
     CUIStrings::LoadFile(TEXT("document"), file.GetPath());
     CUIStrings::m_currentLanguage = TEXT("document");

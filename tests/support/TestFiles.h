@@ -20,7 +20,7 @@ inline std::filesystem::path NativePathOf(WString path)
 class CTestFile
 {
 public:
-    explicit CTestFile(const std::string& bytes, const WString& path = TEXT("text_file_test.txt")) : m_path(path)
+    explicit CTestFile(const std::string& bytes, const WString& path) : m_path(path)
     {
         std::ofstream(NativePathOf(m_path), std::ios::binary) << bytes;
     }

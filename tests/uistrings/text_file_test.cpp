@@ -17,7 +17,7 @@ constexpr size_t s_fill = 4096; // bytes per read, after the mark
 /// An open TextFile with these bytes, and the line block for its reader.
 struct CTestRecord
 {
-    explicit CTestRecord(const std::string& bytes) : onDisk(bytes)
+    explicit CTestRecord(const std::string& bytes) : onDisk(bytes, TEXT("text_file_test.dat"))
     {
         file.codePage = 1252;
         EXPECT_EQ(file.Open(onDisk.GetPath()), 0);

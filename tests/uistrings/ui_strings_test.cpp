@@ -17,7 +17,7 @@ WString TextOf(const WCHAR* pLanguage, unsigned int id)
 
 void LoadBytes(const WCHAR* pLanguage, const std::string& bytes)
 {
-    const CTestFile onDisk(bytes);
+    const CTestFile onDisk(bytes, TEXT("ui_strings_test.dat"));
     CUIStrings::LoadFile(pLanguage, onDisk.GetPath());
 }
 } // namespace
