@@ -11,6 +11,7 @@
 namespace
 {
 using Calls = std::vector<std::string>;
+using Pointers = std::vector<const void*>;
 
 const Calls nothing;
 
@@ -25,14 +26,12 @@ public:
         Note("GetId");
         return m_id;
     }
-    void Run(CCoordinateInput* pInput) override { Note("Run", pInput); }
+    void Run(CCoordinateInput* pInput) override { Note("Run", {pInput}); }
     void ProcessMouseMsg(int message, const CStdPoint2D& point, strAddMsgInfo* pInfo, CCoordinateInput* pInput) override
     {
-        Note("ProcessMouseMsg " + std::to_string(message), pInput);
-        m_pPoint = &point;
-        m_pInfo = pInfo;
+        Note("ProcessMouseMsg " + std::to_string(message), {&point, pInfo, pInput});
     }
-    void Complete(CCoordinateInput* pInput) override { Note("Complete", pInput); }
+    void Complete(CCoordinateInput* pInput) override { Note("Complete", {pInput}); }
     int RequiresProcessMouseMsg() override
     {
         Note("Requires");
@@ -44,15 +43,13 @@ public:
     WString m_id;
     Calls m_calls;
     std::function<void()> m_inside; ///< called inside every operation
-    CCoordinateInput* m_pInput = nullptr;
-    const CStdPoint2D* m_pPoint = nullptr;
-    strAddMsgInfo* m_pInfo = nullptr;
+    Pointers m_arguments;           ///< of the last operation
 
 private:
-    void Note(const std::string& call, CCoordinateInput* pInput = nullptr)
+    void Note(const std::string& call, const Pointers& arguments = {})
     {
         m_calls.push_back(call);
-        m_pInput = pInput;
+        m_arguments = arguments;
         if (m_inside)
             m_inside();
     }
@@ -135,12 +132,12 @@ TEST_F(CommandManager, RunsForwardsAndCompletes)
 
     EXPECT_EQ(m_manager.RunCommand(TEXT("PIPE"), nullptr), 1);
     EXPECT_EQ(m_manager.RunCommand(TEXT("PIPE"), &m_input), 1); // again, without CompleteCommand
-    EXPECT_EQ(m_pPipe->m_pInput, &m_input);
+    EXPECT_EQ(m_pPipe->m_arguments, Pointers{&m_input});
     m_manager.ProcessMouseMsg(-1, point, &info, &other);
-    EXPECT_TRUE(m_pPipe->m_pPoint == &point && m_pPipe->m_pInfo == &info && m_pPipe->m_pInput == &other);
+    EXPECT_EQ(m_pPipe->m_arguments, (Pointers{&point, &info, &other}));
     EXPECT_EQ(m_manager.RequiresProcessMouseMsg(TEXT("PIPE")), 17);
     m_manager.CompleteCommand(&m_input);
-    EXPECT_EQ(m_pPipe->m_pInput, &m_input);
+    EXPECT_EQ(m_pPipe->m_arguments, Pointers{&m_input});
     EXPECT_EQ(m_pPipe->TakeCalls(), (Calls{"Run", "Run", "ProcessMouseMsg -1", "Requires", "Complete"}));
     EXPECT_EQ(activeInside, Calls(5, "active"));
     EXPECT_EQ(m_manager.IsNativeCommandActive(), 0);

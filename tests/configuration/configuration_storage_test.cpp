@@ -1,39 +1,16 @@
-#include "configuration/ConfigurationStorage.h"
+#include "tests/support/RecordingHandler.h"
 
 #include <gtest/gtest.h>
 
 #include <boost/make_shared.hpp>
+#include <boost/weak_ptr.hpp>
 #include <memory>
-#include <vector>
 
 using VLT::CConfigurationStorage;
 using VLT::IConfigurationHandler;
 
 namespace
 {
-std::vector<CString> s_notes; // of all handlers, oldest first
-
-class CNotingHandler : public IConfigurationHandler
-{
-public:
-    ~CNotingHandler() override { s_notes.push_back(TEXT("gone")); }
-    int OpenStorage() override { return 7; }
-    void CloseStorage() override
-    {
-        CConfigurationStorage::Instance()->RegisterHandler(nullptr); // must not destroy this object during the call
-        s_notes.push_back(TEXT("close"));
-    }
-    CString LoadConfigurationById(const WCHAR* pId) override
-    {
-        return pId == nullptr ? throw 1 : TEXT("of ") + CString(pId);
-    }
-    int SaveConfiguration(const WCHAR* pId, const WCHAR* pCfg) override
-    {
-        s_notes.push_back(pId + CString(TEXT("=")) + pCfg);
-        return -2;
-    }
-};
-
 void ExpectNoHandler(IConfigurationHandler& storage)
 {
     EXPECT_EQ(storage.OpenStorage(), 0);
@@ -46,23 +23,36 @@ void ExpectNoHandler(IConfigurationHandler& storage)
 TEST(ConfigurationStorage, ForwardsToTheLastRegisteredHandler)
 {
     CConfigurationStorage& storage = *CConfigurationStorage::Instance();
-    EXPECT_EQ(CConfigurationStorage::Instance(), &storage);
     ExpectNoHandler(storage);
-    storage.RegisterHandler(boost::make_shared<CNotingHandler>());
+    const auto pFirst = boost::make_shared<CRecordingHandler>();
+    pFirst->m_opens = 7;
+    pFirst->m_saves = -2;
+    storage.RegisterHandler(pFirst);
     EXPECT_EQ(storage.OpenStorage(), 7);
-    EXPECT_EQ(storage.LoadConfigurationById(TEXT("A")), TEXT("of A"));
-    EXPECT_EQ(storage.SaveConfiguration(TEXT("A"), TEXT("B")), -2);
-    EXPECT_THROW(storage.LoadConfigurationById(nullptr), int);
+    EXPECT_EQ(storage.SaveConfiguration(TEXT("PRJ_REGISTRY"), TEXT("B")), -2);
+    EXPECT_EQ(storage.LoadConfigurationById(TEXT("PRJ_REGISTRY")), TEXT("B"));
+    EXPECT_EQ(pFirst->m_calls, (Calls{"open", "save", "load"}));
+    pFirst->m_inside = [](const std::string&) { throw 1; };
+    EXPECT_THROW(storage.LoadConfigurationById(TEXT("PRJ_REGISTRY")), int);
 
     // Only the interface has a public destructor.
     std::unique_ptr<IConfigurationHandler> pCopy(new CConfigurationStorage(storage));
-    storage.RegisterHandler(boost::make_shared<CNotingHandler>());
-    s_notes.push_back(TEXT("registered"));
-    EXPECT_EQ(pCopy->OpenStorage(), 7);
+    auto pSecond = boost::make_shared<CRecordingHandler>();
+    storage.RegisterHandler(pSecond);
+    EXPECT_EQ(pFirst.use_count(), 2) << "the copy keeps its handler";
     static_cast<CConfigurationStorage&>(*pCopy) = storage;
+    EXPECT_EQ(pFirst.use_count(), 1);
     pCopy.reset();
+
+    // A handler that takes itself away inside a call lives until the call is over.
+    const boost::weak_ptr<CRecordingHandler> pWatched = pSecond;
+    bool isAlive = false;
+    std::exchange(pSecond, nullptr)->m_inside = [&](const std::string&)
+    {
+        storage.RegisterHandler(nullptr);
+        isAlive = !pWatched.expired();
+    };
     storage.CloseStorage();
+    EXPECT_TRUE(isAlive && pWatched.expired());
     ExpectNoHandler(storage);
-    EXPECT_EQ(s_notes,
-              (std::vector<CString>{TEXT("A=B"), TEXT("registered"), TEXT("gone"), TEXT("close"), TEXT("gone")}));
 }

@@ -88,53 +88,42 @@ TEST_F(DefineProjections, TheFirstDialogOverridesTheHostsLanguage)
     HostControl::Reset();
 }
 
-TEST_F(DefineProjections, OkSavesThenClosesThenEnds)
+// The dialog is still shown when the storage closes. OK stores what could be read.
+TEST_F(DefineProjections, OnlyOkWithAStorageSaves)
 {
-    bool shownAtClose = false;
-    m_pHandler->m_inside = [&](const std::string& call) { shownAtClose = call == "close" && m_dialog.IsShown(); };
-    m_dialog.Open();
-    m_dialog.Click(IDOK);
-    EXPECT_EQ(m_pHandler->m_calls, (Calls{"open", "load", "save", "close"}));
-    EXPECT_TRUE(m_pHandler->m_text == s_compactText);
-    EXPECT_TRUE(shownAtClose);
-    EXPECT_TRUE(::IsWindow(m_dialog.m_hWnd) && !m_dialog.IsShown());
-}
-
-TEST_F(DefineProjections, OkStoresWhatCouldBeRead)
-{
-    for (const WCHAR* pText : {TEXT(""), TEXT("no XML at all"), TEXT("<projectionRegistry><projectionDefinition")})
+    const Calls loaded{"open", "load"};
+    const Calls saved{"open", "load", "save", "close"};
+    const WCHAR* const empty = TEXT("<projectionRegistry></projectionRegistry>");
+    const struct
     {
-        CTestedDialog dialog;
-        m_pHandler->m_text = pText;
-        ASSERT_TRUE(dialog.Create(IDD_DEFINE_PROJECTIONS, nullptr));
-        dialog.Click(IDOK);
-        EXPECT_TRUE(m_pHandler->m_text == TEXT("<projectionRegistry></projectionRegistry>"));
-    }
-}
-
-TEST_F(DefineProjections, CancelLeavesTheStorageAlone)
-{
-    m_dialog.Open();
-    m_dialog.Click(IDCANCEL);
-    EXPECT_FALSE(m_dialog.IsShown());
-    EXPECT_EQ(m_pHandler->m_calls, (Calls{"open", "load"}));
-    EXPECT_TRUE(m_pHandler->m_text == s_looseText);
-}
-
-TEST_F(DefineProjections, WithoutStorageOkOnlyEnds)
-{
-    m_pHandler->m_opens = 0;
-    for (const bool registered : {true, false})
+        int button;
+        int opens; // what opening the storage returns
+        const WCHAR* pBefore;
+        Calls calls;
+        const WCHAR* pAfter;
+    } rows[] = {{IDOK, 1, s_looseText, saved, s_compactText},
+                {IDCANCEL, 1, s_looseText, loaded, s_looseText},
+                {IDOK, 0, s_looseText, {"open"}, s_looseText},
+                {IDOK, 1, TEXT(""), saved, empty},
+                {IDOK, 1, TEXT("no XML at all"), saved, empty},
+                {IDOK, 1, TEXT("<projectionRegistry><projectionDefinition"), saved, empty}};
+    for (const auto& row : rows)
     {
-        if (!registered)
-            VLT::CConfigurationStorage::Instance()->RegisterHandler({});
+        SCOPED_TRACE(&row - rows);
         CTestedDialog dialog;
+        Calls shown;
+        m_pHandler->m_inside = [&](const std::string& call) { dialog.IsShown() ? shown.push_back(call) : void(); };
+        m_pHandler->m_calls.clear();
+        m_pHandler->m_opens = row.opens;
+        m_pHandler->m_text = row.pBefore;
         dialog.Open();
         EXPECT_EQ(dialog.GetItems(IDC_COMBO_PICK).size(), 2u);
-        dialog.Click(IDOK);
-        EXPECT_FALSE(dialog.IsShown());
+        dialog.Click(row.button);
+        EXPECT_EQ(m_pHandler->m_calls, row.calls);
+        EXPECT_EQ(shown, row.calls == saved ? Calls({"save", "close"}) : Calls());
+        EXPECT_TRUE(m_pHandler->m_text == row.pAfter);
+        EXPECT_TRUE(::IsWindow(dialog.m_hWnd) && !dialog.IsShown());
     }
-    EXPECT_EQ(m_pHandler->m_calls, Calls{"open"});
 }
 
 TEST_F(DefineProjections, ComboBoxesShowTheEnglishTextsAtEveryOpening)

@@ -78,11 +78,6 @@ TEST(Mfc, MessageMapServesItsOwnEntriesThenTheBase)
     EXPECT_EQ(dialog.m_oks, 1) << "the entry of CDialog leads to the overriding operation";
     NMHDR click = {dialog.m_list.m_hWnd, IDC_LIST_DEFINITIONS, static_cast<UINT>(NM_CLICK)};
     EXPECT_EQ(::SendMessageW(dialog.m_hWnd, WM_NOTIFY, click.idFrom, reinterpret_cast<LPARAM>(&click)), 7);
-
-    const HWND hWnd = dialog.Detach();
-    ::SendMessageW(::GetDlgItem(hWnd, IDC_ADD), BM_CLICK, 0, 0);
-    EXPECT_EQ(dialog.m_adds, 1) << "a window that has lost its object";
-    EXPECT_TRUE(::DestroyWindow(hWnd));
 }
 
 TEST(Mfc, ExchangeStopsAtAMissingControl)

@@ -4,18 +4,13 @@
 #include "projection/base64/Base64.h"
 #include "tests/support/Readable.h"
 #include "tests/support/TestFiles.h"
+#include "tests/support/TestFolder.h"
 #include "uistrings/UIStrings.h"
 
 #include <regex>
 
 namespace
 {
-std::string ReadSource(const std::string& path)
-{
-    std::ifstream file(std::string(SOURCE_FOLDER) + "/" + path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 /// For each match: the whole match, then its groups.
 std::vector<std::vector<std::string>> MatchesOf(const std::string& text, const std::string& pattern)
 {
@@ -29,8 +24,8 @@ std::vector<std::vector<std::string>> MatchesOf(const std::string& text, const s
 
 TEST(Documents, GuideCoversEveryExportedOperation)
 {
-    const std::string guide = ReadSource("docs/plugin-guide.md");
-    const auto exports = MatchesOf(ReadSource("tests/dll/exports.txt"), R"(\nVLT::(C\w+)::([A-Z]\w+)\()");
+    const std::string guide = BytesOf(SOURCE_FOLDER "/docs/plugin-guide.md");
+    const auto exports = MatchesOf(BytesOf(SOURCE_FOLDER "/tests/dll/exports.txt"), R"(\nVLT::(C\w+)::([A-Z]\w+)\()");
     EXPECT_GT(exports.size(), 30u);
     for (const auto& names : exports)
     {
@@ -41,7 +36,7 @@ TEST(Documents, GuideCoversEveryExportedOperation)
 
 TEST(Documents, XmlExamplesComeBackByteForByte)
 {
-    const auto blocks = MatchesOf(ReadSource("docs/formats.md"), "```xml\n([^`]*)\n```");
+    const auto blocks = MatchesOf(BytesOf(SOURCE_FOLDER "/docs/formats.md"), "```xml\n([^`]*)\n```");
     ASSERT_EQ(blocks.size(), 2u);
     const CString storageText = Wide(blocks[0][1]);
     const CString registryText = Wide(blocks[1][1]);
@@ -62,7 +57,8 @@ TEST(Documents, XmlExamplesComeBackByteForByte)
 
 TEST(Documents, Base64ExamplesAreWhatIsStored)
 {
-    const auto rows = MatchesOf(ReadSource("docs/formats.md"), R"(\| `([^`]*)` \| `([^`]*)` \| `([^`]*)` \|)");
+    const auto rows =
+        MatchesOf(BytesOf(SOURCE_FOLDER "/docs/formats.md"), R"(\| `([^`]*)` \| `([^`]*)` \| `([^`]*)` \|)");
     EXPECT_EQ(rows.size(), 2u);
     for (const auto& row : rows)
     {
@@ -76,7 +72,7 @@ TEST(Documents, Base64ExamplesAreWhatIsStored)
 
 TEST(Documents, StringFileExampleIsRead)
 {
-    const auto blocks = MatchesOf(ReadSource("docs/formats.md"), "```text\n([^`]*)```");
+    const auto blocks = MatchesOf(BytesOf(SOURCE_FOLDER "/docs/formats.md"), "```text\n([^`]*)```");
     ASSERT_EQ(blocks.size(), 1u);
     const CTestFile file(blocks[0][1], TEXT("documents_test.dat"));
     CUIStrings* pStrings = CUIStrings::Instance(); // the first call sets the language

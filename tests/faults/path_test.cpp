@@ -1,12 +1,29 @@
-// Long and non-ASCII paths, and paths that are no files, in all functions that open files.
+// Long and non-ASCII paths, paths that are no files, and files that open and cannot be read, in all functions that open
+// files.
 #include "configuration/Storage.h"
+#include "tests/support/Readable.h"
 #include "tests/support/TestFolder.h"
 #include "uistrings/TextFile.h"
 #include "xml/XmlFile.h"
 
-#include <gtest/gtest.h>
-
 #include <boost/make_shared.hpp>
+#include <cstdio>
+
+namespace
+{
+bool s_failsRead = false;
+}
+
+#pragma GCC visibility push(default) // the linker option --wrap replaces fread in this program
+extern "C" size_t __real_fread(void* pBytes, size_t size, size_t count, FILE* pFile);
+extern "C" size_t __wrap_fread(void* pBytes, size_t size, size_t count, FILE* pFile)
+{
+    if (!s_failsRead)
+        return __real_fread(pBytes, size, count, pFile);
+    std::fputc(0, pFile); // fails too, as the file is open for reading; the error stays with it
+    return 0;
+}
+#pragma GCC visibility pop
 
 TEST(Paths, AreTakenByAllReadersAndWriters)
 {
@@ -47,13 +64,20 @@ TEST(Paths, AreTakenByAllReadersAndWriters)
     }
 }
 
-#ifndef _WIN32
-// A file of the Linux kernel that opens, but cannot be read at its start.
-TEST(Paths, AreRefusedWhenNothingCanBeRead)
+TEST(Paths, AFileThatOpensMayFailToBeRead)
 {
+    const CTestFolder folder;
+    folder.Write(u"file", "text");
+    CString text, result;
+    s_failsRead = true;
+    EXPECT_FALSE(ReadTextFile(folder.Path(TEXT("file")).c_str(), text, &result));
+    s_failsRead = false;
+    EXPECT_EQ(result, TEXT("Bad file descriptor"));
+    if constexpr (OnWindows)
+        return;
+    // A file of the Linux kernel that cannot be read at its start.
     TextFile file;
     EXPECT_NE(file.Open(TEXT("/proc/self/mem")), 0);
     EXPECT_TRUE(WString(GetLastErrorText()).starts_with(TEXT("Error 30 reading file:\n\n/proc/self/mem\n\n(")));
     file.Close();
 }
-#endif

@@ -33,14 +33,10 @@ protected:
         HostControl::Reset();
     }
 
+    void ExpectOneReport(const std::string& report, size_t lines);
+
     std::vector<CNOI_SmartPtr<CNOI_BasisLine2D>> m_lines;
 };
-
-std::ptrdiff_t CountCalls(Call call)
-{
-    const auto& calls = HostControl::GetRecord().calls;
-    return std::count(calls.begin(), calls.end(), call);
-}
 
 /// The calls after the last one of that kind.
 std::vector<Call> CallsAfter(Call call)
@@ -49,7 +45,7 @@ std::vector<Call> CallsAfter(Call call)
     return {std::find(calls.rbegin(), calls.rend(), call).base(), calls.end()};
 }
 
-/// The text of the only dialog that was shown, which is ASCII.
+/// The text of the only dialog that was shown, which is ASCII, up to a line of the host's own source.
 std::string Report()
 {
     const auto& information = HostControl::GetRecord().information;
@@ -57,7 +53,21 @@ std::string Report()
         return std::to_string(information.size()) + " dialogs";
     const auto& [first, second, text, library] = information[0];
     EXPECT_TRUE(first == TEXT("Error") && second == TEXT("test") && library == TEXT("NemAll_IFW_Controls"));
-    return {text.begin(), text.end()};
+    const std::string report(text.begin(), text.end());
+    return report.substr(0, report.find("NOI_SmartPtr.h("));
+}
+
+/// Draws. The host fails: that is reported once, and the lines before it stay, here and in the drawing.
+void TrialGeometry::ExpectOneReport(const std::string& report, size_t lines)
+{
+    MakeTrialLines(m_lines);
+    EXPECT_EQ(Report(), report);
+    EXPECT_EQ(m_lines.size(), lines);
+    EXPECT_EQ(HostControl::GetLines().size(), lines);
+    const auto& calls = HostControl::GetRecord().calls;
+    EXPECT_EQ(std::count(calls.begin(), calls.end(), Call::CloseDatabase), 1);
+    EXPECT_EQ(HostControl::CountLiveExceptions(), 0);
+    StartAgain();
 }
 
 const std::pair<Failure, std::string> failures[] = {
@@ -107,60 +117,38 @@ TEST_F(TrialGeometry, DrawsTenBlueLinesInARow)
 // Catches a missing handler, a handler that comes too late, an exception that nobody deletes, a half-added line.
 TEST_F(TrialGeometry, ReportsEachFailureOnceAndKeepsTheLinesBeforeIt)
 {
-    std::vector<Call> calls = callsOfALine;
-    calls.insert(calls.end(), {Call::OpenActiveDatabase, Call::CloseDatabase});
-    for (const Call call : calls)
-        for (const auto& [failure, report] : failures)
-        {
-            SCOPED_TRACE(testing::Message() << report << " in call " << static_cast<int>(call));
-            StartAgain();
-            const bool isOnce = call == Call::OpenActiveDatabase || call == Call::CloseDatabase;
-            isOnce ? HostControl::FailAt(call, failure) : FailInTheSeventhLine(call, failure);
-            MakeTrialLines(m_lines);
-            EXPECT_EQ(Report(), report);
-            const size_t lines = call == Call::OpenActiveDatabase ? 0 : call == Call::CloseDatabase ? 10 : SeventhLine;
-            EXPECT_EQ(m_lines.size(), lines);
-            EXPECT_EQ(HostControl::GetLines().size(), lines);
-            EXPECT_EQ(CountCalls(Call::CloseDatabase), 1);
-            EXPECT_EQ(HostControl::CountLiveExceptions(), 0);
-        }
-}
-
-TEST_F(TrialGeometry, ReportsTheClassOfAnEmptyPointer)
-{
-    const std::pair<Call, std::string> rows[] = {
-        {Call::CreateLine, "CNOI_BasisLine2D"},      {Call::CreateGeoLine, "CNOI_GeoLine2D"},
-        {Call::GetStartPoint, "CNOI_GeoPoint2D"},    {Call::GetEndPoint, "CNOI_GeoPoint2D"},
-        {Call::GetCommonStyle, "CNOI_CommonStyle"},  {Call::GetColor, "CNOI_ColorARGB"},
-        {Call::OpenActiveDatabase, "CNOI_IDatabase"}};
-    for (const auto& [call, className] : rows)
-    {
-        SCOPED_TRACE(className);
-        StartAgain();
-        call == Call::OpenActiveDatabase ? HostControl::FailAt(call, Failure::EmptyResult)
-                                         : FailInTheSeventhLine(call, Failure::EmptyResult);
-        MakeTrialLines(m_lines);
-        EXPECT_TRUE(Report().starts_with("Null reference: " + className + "\nSource: NOI_SmartPtr.h("));
-        EXPECT_EQ(m_lines.size(), call == Call::OpenActiveDatabase ? 0u : 6u);
-        EXPECT_EQ(CountCalls(Call::CloseDatabase), 1);
-    }
-}
-
-// A failure of closing replaces the failure before it, which must be deleted.
-TEST_F(TrialGeometry, ReportsAFailureOfClosingInsteadOfTheFirst)
-{
     for (const auto& [failure, report] : failures)
+    {
+        SCOPED_TRACE(report);
+        for (const Call call : callsOfALine)
+        {
+            SCOPED_TRACE(static_cast<int>(call));
+            FailInTheSeventhLine(call, failure);
+            ExpectOneReport(report, SeventhLine);
+        }
+        HostControl::FailAt(Call::OpenActiveDatabase, failure);
+        ExpectOneReport(report, 0);
+        HostControl::FailAt(Call::CloseDatabase, failure);
+        ExpectOneReport(report, 10);
+        // A failure of closing replaces the failure before it.
         for (const auto first : {Failure::AppException, Failure::MfcException, Failure::StdException})
         {
-            SCOPED_TRACE(testing::Message() << report << " after failure " << static_cast<int>(first));
-            StartAgain();
             FailInTheSeventhLine(Call::AddObject, first);
             HostControl::FailAt(Call::CloseDatabase, failure);
-            MakeTrialLines(m_lines);
-            EXPECT_EQ(Report(), report);
-            EXPECT_EQ(CountCalls(Call::CloseDatabase), 1);
-            EXPECT_EQ(HostControl::CountLiveExceptions(), 0);
+            ExpectOneReport(report, SeventhLine);
         }
+    }
+    const std::pair<Call, std::string> classes[] = {
+        {Call::CreateLine, "CNOI_BasisLine2D"},     {Call::CreateGeoLine, "CNOI_GeoLine2D"},
+        {Call::GetStartPoint, "CNOI_GeoPoint2D"},   {Call::GetEndPoint, "CNOI_GeoPoint2D"},
+        {Call::GetCommonStyle, "CNOI_CommonStyle"}, {Call::GetColor, "CNOI_ColorARGB"}};
+    for (const auto& [call, className] : classes) // the pointer that the call returns is empty
+    {
+        FailInTheSeventhLine(call, Failure::EmptyResult);
+        ExpectOneReport("Null reference: " + className + "\nSource: ", SeventhLine);
+    }
+    HostControl::FailAt(Call::OpenActiveDatabase, Failure::EmptyResult);
+    ExpectOneReport("Null reference: CNOI_IDatabase\nSource: ", 0);
 }
 
 TEST_F(TrialGeometry, DeletesTheHostsExceptionBeforeTheDialogAndAForeignOneAfterIt)

@@ -4,17 +4,10 @@
 
 #include <gtest/gtest.h>
 
-#include <iterator>
-
 /// Two handlers over one file in a folder of the test's own, and what they report.
 class Handler : public testing::Test
 {
 protected:
-    static std::string BytesOf(const std::filesystem::path& path)
-    {
-        std::ifstream file(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
-    }
     /// The text of a record in a file of the folder; "-" if file or record is missing.
     CString TextIn(const WCHAR* pName, const WCHAR* pId) const
     {

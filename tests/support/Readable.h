@@ -27,6 +27,15 @@ inline std::string Readable(const CString& text)
     return readable;
 }
 
+/// The text, count times.
+inline WString Repeated(const WCHAR* pText, int count)
+{
+    WString text;
+    while (count-- > 0)
+        text += pText;
+    return text;
+}
+
 /// UTF-16 of a UTF-8 text; ill-formed bytes become U+FFFD.
 inline CString Wide(const std::string& utf8)
 {

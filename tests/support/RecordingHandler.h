@@ -26,10 +26,11 @@ public:
     {
         m_text = pCfg;
         Note(CString(pId) == TEXT("PRJ_REGISTRY") ? "save" : "save of something else");
-        return 0; // the dialog does not read it
+        return m_saves;
     }
 
-    int m_opens = 1;
+    int m_opens = 1; ///< what opening returns
+    int m_saves = 0; ///< what saving returns; the dialog does not read it
     CString m_text;
     Calls m_calls;
     std::function<void(const std::string&)> m_inside;

@@ -3,8 +3,15 @@
 
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <random>
 #include <string>
+
+inline std::string BytesOf(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
 
 /// A temporary folder, removed by the destructor. Its name has a non-ASCII letter.
 class CTestFolder

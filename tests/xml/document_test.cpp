@@ -23,14 +23,6 @@ std::string Records(const CXmlDocument& document, int from = 0)
     }
     return records.str();
 }
-
-CString Repeat(const char* pBefore, int count, const char* pPart, const std::string& behind)
-{
-    std::string text = pBefore;
-    for (int i = 0; i < count; ++i)
-        text += pPart;
-    return Wide(text + behind);
-}
 } // namespace
 
 TEST(XmlDocument, LeavesATreeOfDamagedTextsToo)
@@ -112,37 +104,15 @@ TEST(XmlDocument, GrowsByHalfAndIsReused)
     for (const auto& [elements, capacity] : {std::pair(69, 70), {70, 105}, {156, 157}, {157, 235}, {1001, 1188}})
     {
         CXmlDocument document;
-        const std::string blanks(4 * (1001 - elements), ' ');
-        EXPECT_TRUE(document.SetText(Repeat("<r>", elements - 1, "<a/>", blanks + "</r>")));
+        const WString children = Repeated(TEXT("<a/>"), elements - 1) + WString(4 * (1001 - elements), ' ');
+        EXPECT_TRUE(document.SetText((TEXT("<r>") + children + TEXT("</r>")).c_str()));
         EXPECT_EQ(document.m_capacity, capacity) << elements;
         EXPECT_TRUE(document.SetText(TEXT("<a/>")));
         EXPECT_EQ(document.m_capacity, capacity);
         EXPECT_EQ(Records(document, 1), "0+4 4/0 L0 p0 c0 n0 v1 F\n");
     }
-}
-
-// One further segment at most for a call, behind the last one made full.
-TEST(XmlDocument, GrowsBySegments)
-{
-    CXmlDocument document;
-    const struct
-    {
-        int used, count, capacity, slots;
-    } rows[] = {{1, 60000, 60000, 4},   {60000, 0, 90000, 4},    {1, 90, 90000, 4},
-                {1, 262144, 196608, 4}, {1, 2000000, 262144, 4}, {1, 2000000, 327680, 12}};
-    for (const auto& row : rows)
-    {
-        const int last = document.m_capacity - 1;
-        const XmlElementPosition* pLast = &document.At(last);
-        document.At(last).start = row.count;
-        document.m_usedPositions = row.used;
-        EXPECT_TRUE(document.ReserveRecords(row.count));
-        EXPECT_EQ(document.m_capacity, row.capacity);
-        EXPECT_EQ(document.m_segmentSlots, row.slots);
-        EXPECT_EQ(document.At(last).start, row.count);
-        EXPECT_TRUE((last + 1) % 65536 != 0 || pLast == &document.At(last)); // a full one stays
-    }
-    EXPECT_TRUE(document.SetText(Repeat("<r>", 140000, "<a></a>", "</r>")));
+    CXmlDocument document; // of several segments
+    EXPECT_TRUE(document.SetText((TEXT("<r>") + Repeated(TEXT("<a></a>"), 140000) + TEXT("</r>")).c_str()));
     EXPECT_EQ(Records(document, 140001), "979996+7 3/4 L1 p1 c0 n0 v140000 \n");
 }
 
@@ -150,11 +120,13 @@ TEST(XmlDocument, GrowsBySegments)
 TEST(XmlDocument, WhatIsTooLongForAFieldTouchesNoOther)
 {
     CXmlDocument document;
-    EXPECT_FALSE(document.SetText(Repeat("", 65537, "<a>", "")));
+    EXPECT_FALSE(document.SetText(Repeated(TEXT("<a>"), 65537).c_str()));
     EXPECT_EQ(Records(document, 65537), "196608+3 3/0 L0 p0 c0 n0 v65536 FU\n");
-    EXPECT_TRUE(document.SetText(Repeat("<r><a b='", 1 << 22, "\"", "'/></r") + Repeat(" ", 1025, " ", ">")));
+    const WString longTags =
+        TEXT("<r><a b='") + WString(1 << 22, '"') + TEXT("'/></r") + WString(1026, ' ') + TEXT(">");
+    EXPECT_TRUE(document.SetText(longTags.c_str()));
     EXPECT_EQ(Records(document, 1), "0+4195346 3/6 L0 p0 c2 n0 v1 F\n3+4194313 9/0 L1 p1 c0 n0 v2 F\n");
-    EXPECT_TRUE(document.SetText(Repeat("<a b=\"", 1 << 22, "v", "\"/>")));
+    EXPECT_TRUE(document.SetText((TEXT("<a b=\"") + WString(1 << 22, 'v') + TEXT("\"/>")).c_str()));
     EXPECT_TRUE(document.FindElement(nullptr));
     EXPECT_EQ(document.GetAttribute(TEXT("b")).GetLength(), 1 << 22);
 }

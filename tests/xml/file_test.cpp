@@ -1,8 +1,8 @@
 #include "tests/support/Readable.h"
+#include "tests/support/TestFolder.h"
 #include "xml/XmlFile.h"
 
-#include <fstream>
-#include <iterator>
+#include <tuple>
 
 namespace
 {
@@ -20,53 +20,47 @@ protected:
 
 TEST_F(XmlFile, ReadsUtf8)
 {
-    const struct
-    {
-        std::string bytes;
-        const char* pText;
-        const char* pResult;
-    } rows[] = {
+    const std::tuple<std::string, const char*, const char*> rows[] = {
+        // bytes, text, result
         {"", "", "0 bytes to 0 wide chars"},
         {std::string("\xEF\xBB\xBF\r\n\0", 6), "<U+FEFF><U+000D><U+000A><U+0000>", "6 bytes to 4 wide chars"},
         {"\xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80", "<U+00FC><U+20AC><U+D83D><U+DE00>", "9 bytes to 4 wide chars"},
         // one U+FFFD for each maximal ill-formed part
         {"\xFCx\xE2\x82x\xF0\x9F\x98y", "<U+FFFD>x<U+FFFD>x<U+FFFD>y", "9 bytes to 6 wide chars"},
         {"\xC0\x80x\xF0\x9F\xE2\x82", "<U+FFFD><U+FFFD>x<U+FFFD><U+FFFD>", "7 bytes to 5 wide chars"},
-        // Wine differs: a lead byte takes a second one with it that cannot follow it, and at the end of the file
-        // all that is left. Whether Windows does is not known here.
-        {"\xED\xA0\x80___", OnWindows ? "<U+FFFD><U+FFFD>___" : "<U+FFFD><U+FFFD><U+FFFD>___",
-         OnWindows ? "6 bytes to 5 wide chars" : "6 bytes to 6 wide chars"},
+        {"\x80z\xC3z\xE2\x82\xE2\x82\xACz\xFF\xFEz\xC3", "<U+FFFD>z<U+FFFD>z<U+FFFD><U+20AC>z<U+FFFD><U+FFFD>z<U+FFFD>",
+         "14 bytes to 11 wide chars"},
+        // Wine differs: a lead byte takes the next byte into its part even if that byte cannot follow, and at the end
+        // of the file the rest of the text. What Windows does is unknown.
+        {"\xED\xA0\x80_\xE0\x80\xAF_\xF4\x90\x80\x80___",
+         OnWindows ? "<U+FFFD><U+FFFD>_<U+FFFD><U+FFFD>_<U+FFFD><U+FFFD><U+FFFD>___"
+                   : "<U+FFFD><U+FFFD><U+FFFD>_<U+FFFD><U+FFFD><U+FFFD>_<U+FFFD><U+FFFD><U+FFFD><U+FFFD>___",
+         OnWindows ? "15 bytes to 12 wide chars" : "15 bytes to 15 wide chars"},
         {"\xF0\x8F_\xE9>", OnWindows ? "<U+FFFD>_<U+FFFD>" : "<U+FFFD><U+FFFD>_<U+FFFD>>",
          OnWindows ? "5 bytes to 3 wide chars" : "5 bytes to 5 wide chars"},
     };
-    for (const auto& row : rows)
+    for (const auto& [bytes, pText, pResult] : rows)
     {
-        std::ofstream(s_name, std::ios::binary) << row.bytes;
+        std::ofstream(s_name, std::ios::binary) << bytes;
         EXPECT_TRUE(ReadTextFile(s_pPath, m_text, &m_result));
-        EXPECT_EQ(Readable(m_text), row.pText);
-        EXPECT_EQ(Readable(m_result), row.pResult);
+        EXPECT_EQ(Readable(m_text), pText);
+        EXPECT_EQ(Readable(m_result), pResult);
     }
 }
 
 TEST_F(XmlFile, WritesUtf8)
 {
     const WCHAR units[] = {'a', 0, '\n', 0xFC, 0x20AC, 0xD83D, 0xDE00, 0xD83D, 'x', 0xDE00, 0xD800};
-    const struct
-    {
-        CString text;
-        std::string bytes;
-        const char* pResult;
-    } rows[] = {
+    const std::tuple<CString, std::string, const char*> rows[] = {
         {CString(units, 7), std::string("a\0\n\xC3\xBC\xE2\x82\xAC\xF0\x9F\x98\x80", 12), "7 wide chars to 12 bytes"},
         {CString(units + 7, 4), "\xEF\xBF\xBDx\xEF\xBF\xBD\xEF\xBF\xBD", "4 wide chars to 10 bytes"},
         {CString(), "", "0 wide chars to 0 bytes"},
     };
-    for (const auto& row : rows)
+    for (const auto& [text, bytes, pResult] : rows)
     {
-        EXPECT_TRUE(WriteTextFile(s_pPath, row.text, &m_result));
-        std::ifstream file(s_name, std::ios::binary);
-        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(file), {}), row.bytes);
-        EXPECT_EQ(Readable(m_result), row.pResult);
+        EXPECT_TRUE(WriteTextFile(s_pPath, text, &m_result));
+        EXPECT_EQ(BytesOf(s_name), bytes);
+        EXPECT_EQ(Readable(m_result), pResult);
     }
 }
 

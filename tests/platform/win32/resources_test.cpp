@@ -1,6 +1,5 @@
 #include "platform/text.h"
 #include "platform/win32/win32.h"
-#include "tests/platform/win32/test.h"
 
 #include <gtest/gtest.h>
 
