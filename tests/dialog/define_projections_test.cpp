@@ -128,7 +128,7 @@ TEST_F(DefineProjections, OnlyOkWithAStorageSaves)
 
 TEST_F(DefineProjections, ComboBoxesShowTheEnglishTextsAtEveryOpening)
 {
-    CUIStrings::Instance(); // a Plugins folder next to this program may hold texts already; those stay
+    CUIStrings::Instance(); // texts from a Plugins folder next to this program stay
     CUIStrings::LoadFile(TEXT("en"), CTestFile("2 A kind\n3 Zone\n4 Entity\n", TEXT("dialog_test.dat")).GetPath());
     for (int opening = 0; opening < 2; ++opening)
     {

@@ -1,4 +1,4 @@
-// Texts that end directly before an inaccessible page: reading past the end crashes every build, also those without
+// Texts that end right before an inaccessible page. A read past the end crashes every build, with or without
 // sanitizers.
 #include "platform/compiler.h"
 #include "projection/base64/Base64.h"
@@ -50,7 +50,7 @@ public:
 #endif
     }
 
-    /// Returns a copy of the units whose last one lies directly before the inaccessible page. Valid until the next Put.
+    /// Copies the units so that the last one lies right before the inaccessible page. Valid until the next Put.
     const WCHAR* Put(const WCHAR* pUnits, size_t count)
     {
         auto* pCopy = reinterpret_cast<WCHAR*>(m_pRoom + Room) - count;
@@ -104,7 +104,7 @@ TEST_F(Guarded, TheParserAndItsSearches)
                 pSteps->pFindAttribute(pText, count, tagName, FirstToken(name.c_str()));
         }
 
-        const WCHAR* pUnits = m_room.Put(text.c_str(), length); // these know the length, and need no NUL
+        const WCHAR* pUnits = m_room.Put(text.c_str(), length); // these take a length and need no NUL
         for (int from = 0; from <= count; ++from)
         {
             for (const XmlVectorLoops* pSteps : forms)

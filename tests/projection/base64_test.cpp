@@ -75,9 +75,9 @@ TEST(Base64, EveryTextComesBack)
     }
 }
 
-// What the encoder would not write: the narrow form stands, as for a reader that knows of no tail. In turn: no text,
-// others of that length and of another, cut off, misplaced, NUL, overlong, a lead byte of no use, halves of a pair, too
-// high.
+// Tails that the encoder would not write; the text is then the narrow form. In turn: empty, another text of the same
+// length, one of another length, cut off, broken sequences, a NUL, overlong, an unused lead byte, an encoded pair, a
+// number too high.
 TEST(Base64, ADamagedTailIsLeftOut)
 {
     for (const std::string& tail :
@@ -87,7 +87,7 @@ TEST(Base64, ADamagedTailIsLeftOut)
     EXPECT_EQ(DecodeTextValue(ValueOf("??\0\xEF\xBB\xC5\x98\xC5\x98"s)), TEXT("??"));
 }
 
-// A host may have set a locale. Natively the stand-in knows the start-up locale alone, whatever is set.
+// A host may have set a locale. The stand-in ignores it.
 TEST(Base64, TextsComeBackInOtherLocales)
 {
     for (const char* pLocale : {".1250", ".932"})
@@ -101,8 +101,8 @@ TEST(Base64, TextsComeBackInOtherLocales)
     }
 }
 
-// ASCII takes a way of its own, in blocks. Every length around the blocks' sizes, with nothing foreign and with
-// each foreign unit in every place, must give what the plain bytes give.
+// ASCII has a path of its own that works in blocks. Every length around the block sizes, without a foreign unit and
+// with each foreign unit in every place, must give what the bytes give.
 TEST(Base64, AsciiTextsAreCodedAsTheirBytesAre)
 {
     WString foreigners = TEXT("\u0080\u0141\u8041\uFF41");

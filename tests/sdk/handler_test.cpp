@@ -22,7 +22,7 @@ TEST_F(Handler, KeepsTextsAndTheGenerationBefore)
     EXPECT_EQ(TextIn(TEXT("storage.xml.unsaved-1"), TEXT("A")), TEXT("late"));
 }
 
-// The file was made from the records by another program, so that no build is the other's measure.
+// Another program made the expected file from the same records, so neither build is measured by the other.
 TEST_F(Handler, WritesAndReadsTheSameFileInEveryBuild)
 {
     WString digits;
@@ -80,7 +80,7 @@ TEST_F(Handler, NeverWritesOverAFileThatItCannotRead)
     }
 }
 
-// Whatever stands in the way, the report names it, the file stays, and nothing half-written is left.
+// Whatever stands in the way, the report names it, the file stays as it was, and nothing half-written is left.
 TEST_F(Handler, ReportsWhatStandsInTheWay)
 {
     const WString name = TEXT("storage.xml");
@@ -175,7 +175,7 @@ TEST_F(Handler, WaitsForTheLockAndGivesUpWithAReport)
     EXPECT_EQ(TextIn(TEXT("storage.xml"), TEXT("B")), TEXT("z"));
 }
 
-// An indexer or virus scanner has a file open for a moment: Windows lets nobody replace it, or even read it.
+// An indexer or virus scanner has a file open for a moment. Windows then lets nobody replace it, or even read it.
 TEST_F(Handler, WaitsWhileAnotherProgramHasAFileOpen)
 {
     m_handler.OpenStorage();

@@ -1,5 +1,5 @@
-// The module's document and its plain second form must agree in all that can be seen of them, on texts of all kinds of
-// damage and with every version of the hot loops. A failure names the text, as short as the difference allows, as a
+// The module's document and the plain document must agree in everything visible, on texts with every kind of damage and
+// with every version of the hot loops. A failure prints the text, shortened as far as the difference allows, as a
 // literal to paste into a test.
 #include "tests/reference/BothForms.h"
 #include "tests/support/Readable.h"
@@ -124,7 +124,7 @@ private:
 
     void Damage(WString& text)
     {
-        // Among them what looks like a delimiter in one of its bytes, and blanks and digits that are none here.
+        // Some have a byte that looks like a delimiter; some are blanks or digits in Unicode, but not here.
         static constexpr WCHAR s_units[] = {0,      1,      0x7F,  0xA0,   0x3C00, 0x13E, 0x8026, 0xFF3C, 0xD83C,
                                             0xFFFF, 0x2003, 0x663, 0xFF11, '<',    '>',   '/',    '"',    '\''};
         const int at = Below(text.size());
@@ -190,15 +190,15 @@ TEST(XmlAgreement, DamagedTexts)
     auto pForms = std::make_unique<CBothForms>();
     for (int i = 0; i < 5'000 * s_effort; ++i)
     {
-        if (i % 8 == 0) // what has held a text before must not differ from what is fresh
+        if (i % 8 == 0) // a document that held another text must behave like a new one
             pForms = std::make_unique<CBothForms>();
         if (!Agree(*pForms, texts.Next()))
             return;
     }
 }
 
-// More open elements than are compared one by one, of names that match up to a delimiter only; and attribute searches
-// that leave their tag, of which the later ones take over what the earlier ones found.
+// More open elements than the parser compares one by one, with names that match only up to a delimiter. And attribute
+// searches that run past their tag, where later searches reuse what earlier ones found.
 TEST(XmlAgreement, ManyOpenElementsAndSearchesThatRunOn)
 {
     const auto openNames = Split(TEXT("<a>|<a>|<a=b>|<a=b[c>|<a==>|<b]>|</a>|</a=>|</a=b>|</a=b[>|</b>|</c>"));

@@ -4,8 +4,8 @@
 
 namespace
 {
-/// Of every record "start+length startTag/endTag level parent firstChild nextSibling prevSibling flags", of flags the
-/// first letters, ? for one that is none, and a line break.
+/// A line for each record: "start+length startTag/endTag level parent firstChild nextSibling prevSibling flags". A flag
+/// is shown by its first letter, an unknown one by ?.
 std::string Records(const CXmlDocument& document, int from = 0)
 {
     std::ostringstream records;
@@ -25,7 +25,7 @@ std::string Records(const CXmlDocument& document, int from = 0)
 }
 } // namespace
 
-TEST(XmlDocument, LeavesATreeOfDamagedTextsToo)
+TEST(XmlDocument, BuildsATreeOfDamagedTexts)
 {
     const std::pair<const char*, const char*> rows[] = {
         {"<a><b/><c></c><d/></a>", "0+22 0/0 L0 p0 c1 n0 v0 \n0+22 3/4 L0 p0 c2 n0 v1 F\n3+4 4/0 L1 p1 c0 n3 v4 F\n"
@@ -35,7 +35,7 @@ TEST(XmlDocument, LeavesATreeOfDamagedTextsToo)
         {"<r><x/><a><b/><c><d/>< ></r>",
          "0+28 0/0 L0 p0 c1 n0 v0 D\n0+28 3/4 L0 p0 c2 n0 v1 FI\n3+4 4/0 L1 p1 c0 n3 v3 F\n7+3 3/0 L1 p1 c0 n4 v2 U\n"
          "10+4 4/0 L2 p1 c0 n5 v3 F\n14+3 3/0 L2 p1 c0 n6 v4 U\n17+4 4/0 L3 p1 c0 n0 v5 F\n"},
-        // at the end of the text the document itself takes them over
+        // at the end of the text they go to the document itself
         {"<a><b><c/>< >", "0+13 0/0 L0 p0 c1 n0 v0 ID\n0+3 3/0 L0 p0 c0 n2 v1 FU\n3+3 3/0 L1 p0 c0 n3 v1 FU\n"
                           "6+4 4/0 L2 p0 c0 n0 v2 F\n"}};
     CXmlDocument document;
@@ -85,7 +85,7 @@ TEST(XmlDocument, SaysWhatIsWrongFirst)
             EXPECT_EQ(Readable(document.m_result), std::string(pLabel).append(" at offset 4 unterminated")) << pText;
         }
 
-    // A NUL ends the text for the parser alone. What stood in the result, as after reading a file, stays in front.
+    // The parser stops at a NUL. What the result held before, as after reading a file, stays in front.
     document.m_text = Wide(std::string("<a/>\0<b>", 8));
     document.m_result = TEXT("8 bytes");
     EXPECT_TRUE(document.Parse());
@@ -94,11 +94,11 @@ TEST(XmlDocument, SaysWhatIsWrongFirst)
     document.m_text = TEXT("<1/>");
     EXPECT_FALSE(document.Parse());
     EXPECT_EQ(Readable(document.m_result), "8 bytes, No root element");
-    EXPECT_TRUE(document.ParseInPlace(TEXT("<b/>"))); // which neither of them has a part in
+    EXPECT_TRUE(document.ParseInPlace(TEXT("<b/>"))); // drops text and result
     EXPECT_TRUE(document.m_text.IsEmpty() && document.m_result.IsEmpty() && document.FindElement(TEXT("b")));
 }
 
-// 4,007 units each. The second text in the same document must neither see the first one's records nor give memory back.
+// 4,007 units each. A second text in the same document does not see the first one's records, and keeps the memory.
 TEST(XmlDocument, GrowsByHalfAndIsReused)
 {
     for (const auto& [elements, capacity] : {std::pair(69, 70), {70, 105}, {156, 157}, {157, 235}, {1001, 1188}})
@@ -116,7 +116,8 @@ TEST(XmlDocument, GrowsByHalfAndIsReused)
     EXPECT_EQ(Records(document, 140001), "979996+7 3/4 L1 p1 c0 n0 v140000 \n");
 }
 
-// 65,537 levels, a start tag of 2^22 + 9 units and an end tag of 1024 + 6: only the low bits, and nothing beside them.
+// 65,537 levels, a start tag of 2^22 + 9 units and an end tag of 1024 + 6: only the low bits are
+// kept, and no other field changes.
 TEST(XmlDocument, WhatIsTooLongForAFieldTouchesNoOther)
 {
     CXmlDocument document;

@@ -74,7 +74,8 @@ TEST_F(XmlFile, SaysWhatFailed)
         EXPECT_FALSE(ReadTextFile(pPath, m_text, &m_result));
         EXPECT_EQ(Readable(m_text), "before");
     }
-    // Two files of the Linux kernel, which Wine hands on: a full disk, and one that is shorter than it claims to be.
+    // Two files of the Linux kernel, which Wine passes through: a full disk, and one that is shorter than it claims to
+    // be.
     EXPECT_FALSE(WriteTextFile(TEXT("/dev/full"), m_text, &m_result));
     EXPECT_EQ(Readable(m_result), "No space left on device");
     EXPECT_FALSE(ReadTextFile(TEXT("/sys/devices/system/cpu/online"), m_text, &m_result));

@@ -8,7 +8,7 @@ TEST(XmlNavigation, FindsElementsInOrder)
     EXPECT_FALSE(document.FindElement(TEXT("a")));
     ASSERT_TRUE(document.FindElement(TEXT("r")));
     EXPECT_FALSE(document.FindElement(TEXT("r")));
-    EXPECT_EQ(Readable(document.GetAttribute(TEXT("n"))), "A"); // the ; is sought behind the value, too
+    EXPECT_EQ(Readable(document.GetAttribute(TEXT("n"))), "A"); // the search for ; goes past the end of the value
     document.EnterElement();
     EXPECT_EQ(Readable(document.GetAttribute(TEXT("n"))), "");
     EXPECT_EQ(Readable(document.GetAttributeAt(3, TEXT("n"))), "");

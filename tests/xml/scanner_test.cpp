@@ -5,7 +5,7 @@
 
 namespace
 {
-/// Each node as "type@start+length", with / for an empty element, and behind it the name or message.
+/// Each node as "type@start+length", with / for an empty element, then the name or message.
 std::string Nodes(const std::string& ascii)
 {
     const CString text = Wide(ascii);
@@ -29,7 +29,7 @@ TEST(XmlScanner, CutsTheTextIntoNodes)
     const std::pair<const char*, const char*> rows[] = {
         {"a>b<c/> >x<a/b>\t", "2@0+2 2@2+1 1@3+4/c 2@7+3 1@10+5a 4@15+1 "},
         {"<a b=\"'>\" c='\">'></a x='><a<b></a<b></>", "1@0+17a 0@17+8a 1@25+5a<b 0@30+6a<b 0@36+3 "},
-        // a / makes an empty element only behind the name, white space or a quote
+        // a / makes an empty element only after the name, white space or a quote
         {"<a/><a /><a b='c'/><a b=\"c\"/>", "1@0+4/a 1@4+5/a 1@9+10/a 1@19+10/a "},
         {"<a//><a/ ><a b=c/><a/b/>", "1@0+5a 1@5+5a 1@10+8a 1@18+6a "},
         // terminators that overlap the opening
@@ -40,7 +40,7 @@ TEST(XmlScanner, CutsTheTextIntoNodes)
         {"<!DOCTYPE a [<!ENTITY x \">\"><!-- > --><?p > ?><b c='>'>]><!E \">\"><!Dfoo>", "64@0+57 64@57+8 64@65+7 "},
         {"<!D '><!D <1 > ><!D <1 '<a/>", "64@0+6 64@6+10 -1@16+8 1@24+4/a "},
         {"<!D <!D> <![C> ><!D <!D> <a>", "64@0+16 -1@16+12 "},
-        // the unit that cannot stand there is used up; behind it a > outside quotes or a < ends the node
+        // the unit that may not stand there is consumed; after it a > outside quotes or a < ends the node
         {"<<a/><>x<b/>", "-1@0+5 -1@5+3 1@8+4/b "},
         {"<\">x<1 '><!x><!-x><![x>", "-1@0+3 2@3+1 -1@4+5 -1@9+4 -1@13+5 -1@18+5 "}};
     for (const auto& [pText, pNodes] : rows)
@@ -53,7 +53,7 @@ TEST(XmlScanner, CutsTheTextIntoNodes)
     EXPECT_EQ(starts, ":ABCDEFGHIJKLMNOPQRSTUVWXYZ_abcdefghijklmnopqrstuvwxyz{|}~");
 }
 
-// Behind = a > is a value, and the scan can run on into what follows; it stops at the end of the text.
+// After = a > is a value, and the scan can run on past the tag; it stops at the end of the text.
 TEST(XmlScanner, FindsAttributes)
 {
     using Texts = std::vector<const char*>;
@@ -96,6 +96,6 @@ TEST(XmlScanner, DecodesReferences)
         EXPECT_EQ(Readable(DecodeEntities(Wide(pText), Wide(pText).GetLength())), pDecoded) << pText;
     // The Windows runtime knows the digits and blanks of all scripts: an Arabic-Indic 6, a no-break space.
     EXPECT_EQ(Readable(DecodeEntities(TEXT("&#\x666;&#\xA0\x37;"), 9)), "&#<U+0666>;&#<U+00A0>7;");
-    EXPECT_EQ(Readable(DecodeEntities(TEXT("&amp;"), 4)), "&amp"); // a name must stand inside the length,
+    EXPECT_EQ(Readable(DecodeEntities(TEXT("&amp;"), 4)), "&amp"); // a name must end inside the length,
     EXPECT_EQ(Readable(DecodeEntities(TEXT("&#65;"), 1)), "A");    // a number need not
 }

@@ -1,5 +1,5 @@
-// Every system call of a save fails, one after the other. The calls below take the place of the C library's in the
-// program and all its libraries.
+// Every system call of a save fails in turn. The calls below replace those of the C library in the program and all its
+// libraries.
 #include "tests/sdk/HandlerTest.h"
 
 #include <cerrno>
@@ -68,7 +68,7 @@ WITH_FAULTS(fopen, FILE*, nullptr, (Path path, Path mode), (path, mode))
 WITH_FAULTS(fseek, int, -1, (FILE * pFile, long offset, int from), (pFile, offset, from))
 WITH_FAULTS(fread, size_t, 0, (Bytes bytes, size_t size, size_t count, FILE* pFile), (bytes, size, count, pFile))
 
-// Nothing here depends on the disk, and while faults are made no time is waited; the sum is checked.
+// Nothing here depends on the disk. While calls fail, sleeping only adds up the time, which is checked.
 extern "C" __attribute__((visibility("default"))) int fsync_with_faults(int) __asm__("fsync");
 extern "C" int fsync_with_faults(int)
 {

@@ -1,5 +1,5 @@
-// Access rights, links and what else the system makes of names. Native only: Wine shows links as the files they lead
-// to, and the superuser writes to a protected file there.
+// Access rights, links and other kinds of files. Native only: Wine shows a link as its target, and lets the superuser
+// write to a protected file.
 #include "tests/sdk/HandlerTest.h"
 
 #include <sys/stat.h>
@@ -9,7 +9,7 @@ namespace
 {
 namespace fs = std::filesystem;
 
-/// Takes the rights of the superuser away meanwhile, to whom no file is protected.
+/// Runs as an ordinary user while it lives: no file is protected from the superuser.
 class COrdinaryUser
 {
 public:
@@ -105,7 +105,7 @@ TEST_F(Handler, LetsEverybodySaveWhoMayWriteTheStorage)
     EXPECT_EQ(ModeOf(file), 0644U) << "the rights of a group went to another";
 }
 
-// Whatever has the names of a save's files, only FILE, or what it is a link to, gets the text.
+// Whatever stands under the names that a save uses, only the storage, or the file that it links to, gets the text.
 TEST_F(Handler, WritesThroughNoLinkButTheStorage)
 {
     const fs::path file = m_folder.m_path / "storage.xml";
