@@ -40,6 +40,7 @@ TEST(Base64, DecodingEndsAtTheFirstForeignCharacter)
 TEST(Base64, TextsAreStoredInNarrowForm)
 {
     EXPECT_EQ(EncodeTextValue(TEXT("abcd")), TEXT("YWJjZA=="));
+    EXPECT_TRUE(EncodeTextValue(nullptr).IsEmpty());
     const std::pair<CString, std::string> rows[] = {
         {nullptr, ""},
         {TEXT("a"), "a"},
