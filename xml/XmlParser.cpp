@@ -19,7 +19,7 @@ public:
         : m_document(document), m_scanner(scanner), m_pText(scanner.text), m_length(length), m_tagIndex(m_pText, length)
     {
         m_walk.used = document.m_usedPositions;
-        UpdateRecords(m_walk);
+        m_walk = WithRecords(m_walk);
     }
 
     void Build();
@@ -45,13 +45,14 @@ private:
     XmlElementPosition& At(int index) { return m_document.At(index); }
 
     void ReadCommonTags();
-    bool ReadStartTag(CWalk& walk);
-    bool ReadEndTag(CWalk& walk);
+    bool ReadTag(CWalk& walk);
+    bool ReadStartTag(CWalk& walk, const WCHAR* pTag);
+    bool ReadEndTag(CWalk& walk, const WCHAR* pEndName);
     [[nodiscard]] bool StartElement(CWalk& walk, int length, bool isEmpty);
     void EndElement(CWalk& walk, int length);
     void LeaveElement(CWalk& walk);
-    void ReserveRecords(CWalk& walk);
-    void UpdateRecords(CWalk& walk);
+    CWalk WithMoreRecords(CWalk walk);
+    CWalk WithRecords(CWalk walk);
 
     void ReadOtherNode();
     void EndElementByName(int length);
@@ -104,20 +105,28 @@ VELTRANO_NO_INLINE void CTreeBuilder::ReadCommonTags()
     do
     {
         if (m_needsRecords)
-            ReserveRecords(walk);
-        while (ReadStartTag(walk) || ReadEndTag(walk))
+            walk = WithMoreRecords(walk); // by value: a walk whose address is taken would not stay in registers
+        while (ReadTag(walk))
         {
         }
     } while (m_needsRecords || m_tagIndex.Extend());
     m_walk = walk;
 }
 
-/// False: not a common start tag, or the caller must get records or extend the index first.
-inline bool CTreeBuilder::ReadStartTag(CWalk& walk)
+/// False: not a common tag, or the caller must get records or extend the index first.
+inline bool CTreeBuilder::ReadTag(CWalk& walk)
 {
     const WCHAR* const pTag = m_pText + walk.next;
-    if (pTag[0] != TEXT('<') || !StartsName(pTag[1]))
+    if (pTag[0] != TEXT('<'))
         return false;
+    if (pTag[1] == TEXT('/'))
+        return walk.depth != 0 && ReadEndTag(walk, pTag + 2);
+    const bool isCommonStart = pTag[1] > TEXT('`'); // small letters; nothing above ` fails to start a name
+    return (isCommonStart || StartsName(pTag[1])) && ReadStartTag(walk, pTag);
+}
+
+inline bool CTreeBuilder::ReadStartTag(CWalk& walk, const WCHAR* pTag)
+{
     // <a> and <a/> need no search.
     if (pTag[2] == TEXT('>'))
         return StartElement(walk, 3, false);
@@ -132,18 +141,15 @@ inline bool CTreeBuilder::ReadStartTag(CWalk& walk)
     return StartElement(walk, end + 1 - walk.next, IsEmptyElementTag(m_pText, nameEnd, end));
 }
 
-/// False: not an end tag without white space that ends the innermost open element.
-inline bool CTreeBuilder::ReadEndTag(CWalk& walk)
+/// pEndName: after the </. False: not an end tag without white space that ends the innermost open element.
+inline bool CTreeBuilder::ReadEndTag(CWalk& walk, const WCHAR* pEndName)
 {
-    const WCHAR* const pTag = m_pText + walk.next;
-    if (pTag[0] != TEXT('<') || pTag[1] != TEXT('/') || walk.depth == 0)
-        return false;
-    const WCHAR* const pEndName = pTag + 2;
     const WCHAR* const pName = m_pText + walk.pParent->start + 1;
-    int length = 0;
-    while (pEndName[length] == pName[length] && pName[length] != TEXT('>'))
-        ++length;
-    if (pEndName[length] != TEXT('>') || !IsIn(pName[length], EndsTagName))
+    int length = 0; // the NUL that ends the text differs from every unit before it, so this ends in the text
+    for (; pEndName[length] != TEXT('>'); ++length)
+        if (pEndName[length] != pName[length])
+            return false;
+    if (!IsIn(pName[length], EndsTagName))
         return false;
     EndElement(walk, length + 3);
     return true;
@@ -209,7 +215,8 @@ inline void CTreeBuilder::LeaveElement(CWalk& walk)
     walk.pParent = &At(Innermost(walk));
 }
 
-void CTreeBuilder::ReserveRecords(CWalk& walk)
+/// Returns the walk with free records.
+CTreeBuilder::CWalk CTreeBuilder::WithMoreRecords(CWalk walk)
 {
     m_needsRecords = false;
     if (walk.used == m_document.m_capacity)
@@ -217,21 +224,22 @@ void CTreeBuilder::ReserveRecords(CWalk& walk)
         m_document.m_usedPositions = walk.used;
         m_document.ReserveRecords(0);
     }
-    UpdateRecords(walk);
+    const auto depth = static_cast<size_t>(walk.depth);
+    m_open.resize(std::max(m_open.size(), depth + std::max<size_t>(depth, 512)));
+    return WithRecords(walk);
 }
 
-/// Sets where the records are. Each free one that can be taken has room in m_open.
-void CTreeBuilder::UpdateRecords(CWalk& walk)
+/// Returns the walk with the addresses of its records as they are now. Each free one that can be taken has room in
+/// m_open.
+CTreeBuilder::CWalk CTreeBuilder::WithRecords(CWalk walk)
 {
-    const auto roomNeeded = static_cast<size_t>(walk.depth) + 2;
-    if (m_open.size() < roomNeeded)
-        m_open.resize(m_open.size() * 2);
     const int inSegment = RecordsPerSegment - (walk.used & (RecordsPerSegment - 1));
     const int room = static_cast<int>(m_open.size()) - walk.depth - 1;
     walk.pFree = &At(walk.used);
     walk.pEndOfFree = walk.pFree + std::min({m_document.m_capacity - walk.used, inSegment, room});
     walk.pParent = &At(Innermost(walk));
     walk.pLastChild = &At(walk.lastChild);
+    return walk;
 }
 
 void CTreeBuilder::ReadOtherNode()
@@ -242,7 +250,7 @@ void CTreeBuilder::ReadOtherNode()
     {
     case NodeElement:
         while (!StartElement(m_walk, node.length, (node.flags & EmptyElementFlag) != 0))
-            ReserveRecords(m_walk);
+            m_walk = WithMoreRecords(m_walk);
         break;
     case NodeEndTag:
         EndElementByName(node.length);
