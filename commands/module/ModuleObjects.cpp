@@ -13,4 +13,4 @@ CVeltranoCommandsApp s_theApp;
 WString CUIStrings::m_currentLanguage;
 std::map<WString, UIStringMapPtr> CUIStrings::m_languages;
 
-const std::string s_base64Alphabet = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+const std::string s_base64Alphabet = Base64Alphabet;

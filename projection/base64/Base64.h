@@ -10,7 +10,9 @@
 #include <cstdint>
 #include <string>
 
-/// The 64 characters in the order of their values; made and destroyed with the module-level objects.
+/// The 64 characters in the order of their values.
+inline constexpr char Base64Alphabet[] = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+/// The same; made and destroyed with the module-level objects.
 extern const std::string s_base64Alphabet;
 
 /// The base64 text of count bytes, padded with '=', without line breaks. pBytes may be null if count is 0.

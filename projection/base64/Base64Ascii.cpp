@@ -1,6 +1,7 @@
 #include "projection/base64/Base64Ascii.h"
 
 #include "platform/compiler.h"
+#include "projection/base64/Base64.h"
 #include "xml/fast/XmlVector.h"
 
 #include <algorithm>
@@ -8,9 +9,9 @@
 #include <immintrin.h>
 #include <new>
 
-// The vector steps are the known ones for 12 bytes and 16 characters in each half of a vector (W. Mula, D. Lemire:
-// "Faster Base64 Encoding and Decoding using AVX2 Instructions", 2018), here between 16-bit units. AVX2 is more than
-// x86-64 promises; without it, and from the first unit on that is not plain, the scalar steps do it all.
+// The vector loops follow W. Mula, D. Lemire: "Faster Base64 Encoding and Decoding using AVX2 Instructions", 2018. Each
+// half of a vector holds 12 bytes or 16 characters; here both come from and go to 16-bit units. Without AVX2, and from
+// the first unit that is not plain on, the scalar loops do the work.
 
 namespace
 {
@@ -25,9 +26,7 @@ bool IsPlain(unsigned unit)
     return unit - 1 < 0x7F;
 }
 
-constexpr WCHAR s_alphabet[] = TEXT("ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/");
-
-/// The place of every character in the alphabet; for the others a mark that no place has.
+/// The value of each character; Foreign for those outside the alphabet.
 constexpr unsigned Foreign = 64;
 struct CValueTable
 {
@@ -36,7 +35,7 @@ struct CValueTable
         for (auto& value : values)
             value = Foreign;
         for (unsigned value = 0; value < 64; ++value)
-            values[s_alphabet[value]] = static_cast<unsigned char>(value);
+            values[static_cast<size_t>(Base64Alphabet[value])] = static_cast<unsigned char>(value);
     }
     unsigned char values[128];
 };
@@ -47,7 +46,12 @@ unsigned ValueOf(WCHAR character)
     return character < 128 ? s_valueTable.values[character] : Foreign;
 }
 
-/// 16 units from each of two places, as bytes. Those of 0x100 and above become 0 or 0xFF.
+WCHAR CharacterOf(unsigned value)
+{
+    return static_cast<WCHAR>(Base64Alphabet[value & 63]);
+}
+
+/// Loads 16 units from each of two addresses, as bytes. Units of 0x100 and above become 0 or 0xFF.
 VELTRANO_TARGET_AVX2 inline __m256i PackUnits(const WCHAR* pFirst, const WCHAR* pSecond)
 {
     const __m256i first = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(pFirst));
@@ -105,14 +109,14 @@ VELTRANO_TARGET_AVX2 size_t EncodeBlocks(const WCHAR* pText, size_t length, WCHA
     return taken;
 }
 
-/// Decodes 16 characters to 12 units, or twice that, at a time while all are of the alphabet and give plain units.
-/// Returns the characters taken. Writes up to four units more, for which those characters leave room that are there.
+/// Decodes 16 characters to 12 units, or 32 to 24, at a time while all are in the alphabet and give plain units.
+/// Returns how many characters it decoded. Writes up to four units more; the decoded characters leave room for them.
 VELTRANO_TARGET_AVX2 size_t DecodeBlocks(const WCHAR* pValue, size_t length, WCHAR* pText)
 {
-    // By the high half of a character, for / one less: what makes it its place in the alphabet.
+    // Index: the high half of a character, for / one less. Entry: the difference between its value and its code.
     const __m256i shifts = TwiceTable(_mm_setr_epi8(0, 16, 19, 4, -65, -65, -71, -71, 0, 0, 0, 0, 0, 0, 0, 0));
-    // A character is foreign if its halves have a bit in common: 1 for those of 0x2., 2 of 0x3., 4 of 0x4. and 0x6.,
-    // 8 of 0x5. and 0x7., where the same low halves are foreign; 16 of the others, where all are.
+    // A character is foreign if the entries of its halves have a bit in common: 1 for codes 0x2., 2 for 0x3., 4 for
+    // 0x4. and 0x6., 8 for 0x5. and 0x7., which share their foreign low halves; 16 for the others, all foreign.
     const __m256i lowHalves = TwiceTable(
         _mm_setr_epi8(0x15, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x11, 0x13, 0x1A, 0x1B, 0x1B, 0x1B, 0x1A));
     const __m256i highHalves = TwiceTable(_mm_setr_epi8(16, 16, 1, 2, 4, 8, 4, 8, 16, 16, 16, 16, 16, 16, 16, 16));
@@ -171,10 +175,10 @@ bool AppendAsciiValue(const WCHAR* pText, size_t length, CString& target)
         const unsigned third = count > 2 ? pText[i + 2] : 0;
         isPlain = IsPlain(first) && (count < 2 || IsPlain(second)) && (count < 3 || IsPlain(third));
         const unsigned group = first << 16 | second << 8 | third;
-        pValue[0] = s_alphabet[group >> 18 & 63];
-        pValue[1] = s_alphabet[group >> 12 & 63];
-        pValue[2] = count > 1 ? s_alphabet[group >> 6 & 63] : TEXT('=');
-        pValue[3] = count > 2 ? s_alphabet[group & 63] : TEXT('=');
+        pValue[0] = CharacterOf(group >> 18);
+        pValue[1] = CharacterOf(group >> 12);
+        pValue[2] = count > 1 ? CharacterOf(group >> 6) : TEXT('=');
+        pValue[3] = count > 2 ? CharacterOf(group) : TEXT('=');
     }
     target.ReleaseBufferSetLength(targetLength + (isPlain ? static_cast<int>(valueLength) : 0));
     return isPlain;
