@@ -7,7 +7,7 @@
 class CDlgDefineProjections;
 
 // The command's state: one per process, not per command object.
-extern CDlgDefineProjections* s_pDlgDefineProjections; ///< the dialog of the running command; null if there is none
+extern CDlgDefineProjections* s_pDlgDefineProjections; ///< the dialog of the running command, or null
 extern int s_bFirstInputPending;                       ///< nonzero: the next mouse message starts the entity selection
 
 namespace VLT

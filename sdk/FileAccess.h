@@ -18,7 +18,7 @@ bool IsFileInUse(DWORD error);
 class CFileSecurity
 {
 public:
-    /// Takes those of the file. What does not exist, or has none, gives the system's default for new files.
+    /// Reads the rights of the file. If it does not exist or has no rights of its own, Get gives the system's default.
     DWORD Read(const CString& path);
     /// For CreateFileW; null for the default.
     SECURITY_ATTRIBUTES* Get();

@@ -36,9 +36,9 @@ size_t FindInvalidUtf8(std::string_view bytes);
 
 /// Whether the stream, stdin or stdout, is a terminal.
 bool IsTerminal(FILE* pStream);
-/// Columns of the terminal that stdout is; 0 if it is none.
+/// The number of columns of the terminal that stdout writes to; 0 if stdout is not a terminal.
 int GetTerminalWidth();
-/// Whether the terminal that stdout is takes colours, and NO_COLOR is not set in the environment.
+/// Whether stdout is a terminal that shows colours, and NO_COLOR is not set in the environment.
 bool TakesColours();
 
 /// Opens the file in the editor that VISUAL or EDITOR names, else the system's, and waits. False if it does not end

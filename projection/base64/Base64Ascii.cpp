@@ -76,8 +76,8 @@ VELTRANO_TARGET_AVX2 inline __m256i TwiceTable(__m128i table)
     return _mm256_broadcastsi128_si256(table);
 }
 
-/// Encodes 12 units to 16 characters, or twice that, at a time while 16 units are left and all are plain. Returns the
-/// units taken.
+/// Encodes 12 units to 16 characters, or 24 to 32, at a time while 16 units are left and all are plain. Returns how
+/// many units it encoded.
 VELTRANO_TARGET_AVX2 size_t EncodeBlocks(const WCHAR* pText, size_t length, WCHAR* pValue)
 {
     const __m256i spread = TwiceTable(_mm_setr_epi8(1, 0, 2, 1, 4, 3, 5, 4, 7, 6, 8, 7, 10, 9, 11, 10));

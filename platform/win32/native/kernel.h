@@ -49,7 +49,7 @@ void SetLastError(DWORD code);
 
 constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x100;
 constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
-/// Only with both flags above. The text is the system's for the errno behind the code, with CR LF behind it.
+/// Only with both flags above. The text is the system's for the errno behind the code, followed by CR LF.
 /// pBuffer is a LPWSTR*; the caller frees the text with LocalFree. Returns its units, 0 for a code that has none.
 DWORD FormatMessageW(DWORD flags, const void* pSource, DWORD code, DWORD language, LPWSTR pBuffer, DWORD size,
                      va_list* pArguments);
@@ -102,7 +102,7 @@ struct WIN32_FIND_DATAW
     WCHAR cFileName[MAX_PATH];
 };
 /// A wildcard pattern (* and ?) in the last part of the path; case is ignored. Matches come sorted by name without
-/// regard to case, behind "." and ".." where these match.
+/// regard to case, after "." and ".." where these match.
 HANDLE FindFirstFileW(LPCWSTR pPattern, WIN32_FIND_DATAW* pData);
 BOOL FindNextFileW(HANDLE find, WIN32_FIND_DATAW* pData);
 BOOL FindClose(HANDLE find);
