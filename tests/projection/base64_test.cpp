@@ -40,7 +40,8 @@ TEST(Base64, DecodingEndsAtTheFirstForeignCharacter)
 TEST(Base64, TextsAreStoredInNarrowForm)
 {
     EXPECT_EQ(EncodeTextValue(TEXT("abcd")), TEXT("YWJjZA=="));
-    EXPECT_TRUE(EncodeTextValue(nullptr).IsEmpty());
+    const WCHAR* const pNull = nullptr;
+    EXPECT_TRUE(EncodeTextValue(pNull).IsEmpty() && DecodeTextValue(pNull).IsEmpty());
     const std::pair<CString, std::string> rows[] = {
         {nullptr, ""},
         {TEXT("a"), "a"},

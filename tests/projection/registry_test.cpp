@@ -14,6 +14,9 @@ TEST(ProjectionRegistry, WritesOneLineOfAsciiWhateverItHolds)
     CProjectionRegistry registry;
     EXPECT_EQ(CProjectionRegistry::GetConfigurationId(), TEXT("PRJ_REGISTRY"));
     EXPECT_EQ(registry.GetXML(), TEXT("<projectionRegistry></projectionRegistry>"));
+    EXPECT_EQ(CProjectionDefinition().GetXML(),
+              TEXT("<projectionDefinition name=\"\" showInLS=\"0\" showInCS=\"0\" showInEditor=\"0\" layerName=\"\" ")
+                  TEXT("entityId=\"\" isActive=\"0\" />"));
     registry.ParseXML(s_pipe);
     EXPECT_EQ(registry.GetXML(), s_pipe);
 

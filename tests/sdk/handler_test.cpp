@@ -6,6 +6,7 @@
 
 TEST_F(Handler, KeepsTextsAndTheGenerationBefore)
 {
+    EXPECT_FALSE(m_handler.IsOpen());
     ASSERT_EQ(m_handler.OpenStorage(), 1); // there is no file yet
     EXPECT_TRUE(m_handler.LoadConfigurationById(TEXT("A")).IsEmpty());
     EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("first")), 1);

@@ -87,6 +87,12 @@ TEST_F(Keyboard, TabGoesAroundInTheOrderOfTheTemplate)
     ::SetKeyboardState(keys);
     Press(VK_SPACE);
     EXPECT_EQ(::SendDlgItemMessageW(m_window, IDC_ACTIVE, BM_GETCHECK, 0, 0), BST_CHECKED);
+
+    m_command.Complete(nullptr);
+    m_pHandler->m_opens = 0;
+    m_command.Run(nullptr);
+    m_window = s_pDlgDefineProjections->m_hWnd;
+    EXPECT_EQ(Focus(), IDOK) << "without a storage";
 }
 
 TEST_F(Keyboard, EnterAndEscapeEndTheDialogAtEachControl)

@@ -26,6 +26,7 @@ struct Faults
     std::string nameEnd{}; ///< only calls whose name ends so count
     int calls = 0;
     double sleptSeconds = 0;
+    bool losesName = false; ///< a rename that fails has removed the file in its place, as Windows may
 
     bool Hits(const char* pName)
     {
@@ -62,8 +63,8 @@ WITH_FAULTS(lstat, int, -1, (Path path, Stat* pStat), (path, pStat))
 WITH_FAULTS(fstat, int, -1, (int file, Stat* pStat), (file, pStat))
 WITH_FAULTS(flock, int, -1, (int file, int operation), (file, operation))
 WITH_FAULTS(fchmod, int, -1, (int file, mode_t mode), (file, mode))
-WITH_FAULTS(rename, int, -1, (Path from, Path to), (from, to))
 WITH_FAULTS(unlink, int, -1, (Path path), (path))
+WITH_FAULTS(rename, int, (s_faults.losesName ? unlink(to) : 0, -1), (Path from, Path to), (from, to))
 WITH_FAULTS(fopen, FILE*, nullptr, (Path path, Path mode), (path, mode))
 WITH_FAULTS(fseek, int, -1, (FILE * pFile, long offset, int from), (pFile, offset, from))
 WITH_FAULTS(fread, size_t, 0, (Bytes bytes, size_t size, size_t count, FILE* pFile), (bytes, size, count, pFile))
@@ -147,6 +148,23 @@ TEST_F(SaveFaults, DISABLED_LoseNothingByAnyError) // for the endurance tests
         for (const Extent extent : m_extents)
             for (int call = 1; SaveWithFault(call, error, extent); ++call)
                 continue;
+}
+
+TEST_F(SaveFaults, BringALostNameBackOrSayWhereTheTextIs)
+{
+    for (const Extent extent : {Extent::Once, Extent::FromThenOn})
+    {
+        m_handler.OpenStorage();
+        m_handler.SaveConfiguration(TEXT("A"), TEXT("old"));
+        s_faults = {2, EIO, extent, "rename"}; // the first one makes the backup
+        s_faults.losesName = true;
+        const bool isSaved = m_handler.SaveConfiguration(TEXT("A"), TEXT("new")) != 0;
+        s_faults = {};
+        EXPECT_EQ(isSaved, extent == Extent::Once);
+        EXPECT_EQ(TextIn(isSaved ? TEXT("storage.xml") : TEXT("storage.xml.new"), TEXT("A")), TEXT("new"));
+        EXPECT_EQ(m_report.empty(), isSaved);
+    }
+    EXPECT_TRUE(HasReported(TEXT("storage.xml: has lost its name")));
 }
 
 TEST_F(SaveFaults, AreReportedWithTheirReason)
