@@ -111,13 +111,15 @@ TEST(XmlDocument, GrowsByHalfAndIsReused)
         EXPECT_EQ(document.m_capacity, capacity);
         EXPECT_EQ(Records(document, 1), "0+4 4/0 L0 p0 c0 n0 v1 F\n");
     }
-    CXmlDocument document; // of several segments
+    CXmlDocument document;
+    EXPECT_TRUE(document.SetText((TEXT("<r>") + WString(10'000'000, ' ') + TEXT("</r>")).c_str()));
+    EXPECT_EQ(document.m_capacity, 2 * 65536) << "a call adds at most one segment";
     EXPECT_TRUE(document.SetText((TEXT("<r>") + Repeated(TEXT("<a></a>"), 140000) + TEXT("</r>")).c_str()));
     EXPECT_EQ(Records(document, 140001), "979996+7 3/4 L1 p1 c0 n0 v140000 \n");
 }
 
-// 65,537 levels, a start tag of 2^22 + 9 units and an end tag of 1024 + 6: only the low bits are
-// kept, and no other field changes.
+// 65,537 levels, a start tag of 2^22 + 9 units and an end tag of 1024 + 6: only the low bits are kept, and no other
+// field changes.
 TEST(XmlDocument, WhatIsTooLongForAFieldTouchesNoOther)
 {
     CXmlDocument document;
