@@ -33,7 +33,6 @@ bool IsHighSurrogate(WCHAR unit)
 {
     return unit >= 0xD800 && unit <= 0xDBFF;
 }
-
 } // namespace
 
 WString Number(long long number)
@@ -56,7 +55,7 @@ WString Quoted(const WString& text, size_t maximum)
     WString quoted = TEXT("\"");
     for (const WCHAR unit : text.substr(0, length))
         quoted += unit < 0x20 || unit == 0x7F ? EscapeControl(unit) : WString(1, unit);
-    return quoted + (length < text.size() ? TEXT("...\"") : TEXT("\""));
+    return quoted += length < text.size() ? TEXT("...\"") : TEXT("\"");
 }
 
 WString Coordinate(double value)
@@ -66,7 +65,10 @@ WString Coordinate(double value)
         return Fixed(rounded, 0);
     return Fixed(rounded, rounded * 10 == std::floor(rounded * 10) ? 1 : 2);
 }
+
 WString Point(double x, double y)
 {
-    return TEXT("(") + Coordinate(x) + TEXT(", ") + Coordinate(y) + TEXT(")");
+    WString text(1, TEXT('('));
+    text.append(Coordinate(x)).append(TEXT(", ")).append(Coordinate(y));
+    return text += TEXT(')');
 }

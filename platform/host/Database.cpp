@@ -23,6 +23,11 @@ void CNOI_BaseRefCount::RemoveReference()
         delete this;
 }
 
+WString CNOI_Geometry::GetStaticClassName()
+{
+    return TEXT("CNOI_Geometry");
+}
+
 WString CNOI_GeoPoint2D::GetStaticClassName()
 {
     return TEXT("CNOI_GeoPoint2D");
@@ -30,7 +35,7 @@ WString CNOI_GeoPoint2D::GetStaticClassName()
 
 void CNOI_GeoPoint2D::Set(double x, double y)
 {
-    EnterHostCall(eHostCall::SetPoint, {x, y});
+    const CHostCall call(eHostCall::SetPoint, {x, y});
     m_x = x;
     m_y = y;
 }
@@ -42,19 +47,20 @@ WString CNOI_GeoLine2D::GetStaticClassName()
 
 CNOI_SmartPtr<CNOI_GeoLine2D> CNOI_GeoLine2D::CreateObj()
 {
-    if (!EnterHostCall(eHostCall::CreateGeoLine))
-        return {};
-    return CNOI_SmartPtr<CNOI_GeoLine2D>(new CNOI_GeoLine2D);
+    CHostCall call(eHostCall::CreateGeoLine);
+    return call.Return(CNOI_SmartPtr<CNOI_GeoLine2D>(call.IsEmpty() ? nullptr : new CNOI_GeoLine2D));
 }
 
 CNOI_SmartPtr<CNOI_GeoPoint2D> CNOI_GeoLine2D::GetStartPoint()
 {
-    return EnterHostCall(eHostCall::GetStartPoint) ? m_pStart : CNOI_SmartPtr<CNOI_GeoPoint2D>();
+    CHostCall call(eHostCall::GetStartPoint);
+    return call.Return(call.IsEmpty() ? CNOI_SmartPtr<CNOI_GeoPoint2D>() : m_pStart);
 }
 
 CNOI_SmartPtr<CNOI_GeoPoint2D> CNOI_GeoLine2D::GetEndPoint()
 {
-    return EnterHostCall(eHostCall::GetEndPoint) ? m_pEnd : CNOI_SmartPtr<CNOI_GeoPoint2D>();
+    CHostCall call(eHostCall::GetEndPoint);
+    return call.Return(call.IsEmpty() ? CNOI_SmartPtr<CNOI_GeoPoint2D>() : m_pEnd);
 }
 
 WString CNOI_ColorARGB::GetStaticClassName()
@@ -64,7 +70,7 @@ WString CNOI_ColorARGB::GetStaticClassName()
 
 void CNOI_ColorARGB::SetARGB(const BYTE& alpha, const BYTE& red, const BYTE& green, const BYTE& blue)
 {
-    EnterHostCall(eHostCall::SetARGB, {double(alpha), double(red), double(green), double(blue)});
+    const CHostCall call(eHostCall::SetARGB, {double(alpha), double(red), double(green), double(blue)});
     m_alpha = alpha;
     m_red = red;
     m_green = green;
@@ -78,31 +84,32 @@ WString CNOI_CommonStyle::GetStaticClassName()
 
 void CNOI_CommonStyle::Init()
 {
-    EnterHostCall(eHostCall::InitStyle);
+    const CHostCall call(eHostCall::InitStyle);
     m_pColor->m_alpha = m_pColor->m_red = m_pColor->m_green = m_pColor->m_blue = 0;
     m_stroke = m_pen = m_layer = 0;
 }
 
 CNOI_SmartPtr<CNOI_ColorARGB> CNOI_CommonStyle::Color()
 {
-    return EnterHostCall(eHostCall::GetColor) ? m_pColor : CNOI_SmartPtr<CNOI_ColorARGB>();
+    CHostCall call(eHostCall::GetColor);
+    return call.Return(call.IsEmpty() ? CNOI_SmartPtr<CNOI_ColorARGB>() : m_pColor);
 }
 
 void CNOI_CommonStyle::Stroke(const int& stroke)
 {
-    EnterHostCall(eHostCall::SetStroke, {double(stroke)});
+    const CHostCall call(eHostCall::SetStroke, {double(stroke)});
     m_stroke = stroke;
 }
 
 void CNOI_CommonStyle::Pen(const int& pen)
 {
-    EnterHostCall(eHostCall::SetPen, {double(pen)});
+    const CHostCall call(eHostCall::SetPen, {double(pen)});
     m_pen = pen;
 }
 
 void CNOI_CommonStyle::Layer(const int& layer)
 {
-    EnterHostCall(eHostCall::SetLayer, {double(layer)});
+    const CHostCall call(eHostCall::SetLayer, {double(layer)});
     m_layer = layer;
 }
 
@@ -113,13 +120,14 @@ WString CNOI_DBObject::GetStaticClassName()
 
 void CNOI_DBObject::SetGeometry(const CNOI_SmartPtr<CNOI_Geometry>& pGeometry)
 {
-    EnterHostCall(eHostCall::SetGeometry);
+    const CHostCall call(eHostCall::SetGeometry, {CHostCall::Describe(pGeometry)});
     m_pGeometry = pGeometry;
 }
 
 CNOI_SmartPtr<CNOI_CommonStyle> CNOI_DBObject::GetCommonStyle()
 {
-    return EnterHostCall(eHostCall::GetCommonStyle) ? m_pStyle : CNOI_SmartPtr<CNOI_CommonStyle>();
+    CHostCall call(eHostCall::GetCommonStyle);
+    return call.Return(call.IsEmpty() ? CNOI_SmartPtr<CNOI_CommonStyle>() : m_pStyle);
 }
 
 WString CNOI_BasisLine2D::GetStaticClassName()
@@ -127,12 +135,12 @@ WString CNOI_BasisLine2D::GetStaticClassName()
     return TEXT("CNOI_BasisLine2D");
 }
 
-void CNOI_BasisLine2D::CNOI_ClassFactory::createObject(const CNOI_SmartPtr<CNOI_IDatabase>&,
+void CNOI_BasisLine2D::CNOI_ClassFactory::createObject(const CNOI_SmartPtr<CNOI_IDatabase>& pDatabase,
                                                        CNOI_SmartPtr<CNOI_BasisLine2D>& pLine)
 {
     pLine = {};
-    if (EnterHostCall(eHostCall::CreateLine))
-        pLine = CNOI_SmartPtr<CNOI_BasisLine2D>(new CNOI_BasisLine2D);
+    CHostCall call(eHostCall::CreateLine, {CHostCall::Describe(pDatabase)});
+    pLine = call.Return(CNOI_SmartPtr<CNOI_BasisLine2D>(call.IsEmpty() ? nullptr : new CNOI_BasisLine2D));
 }
 
 WString CNOI_IDatabase::GetStaticClassName()
@@ -157,27 +165,28 @@ CNOI_SmartPtr<CNOI_DBObject> CNOI_Database::GetObjectAt(size_t index) const
 
 bool CNOI_Database::AddObject(const CNOI_SmartPtr<CNOI_DBObject>& pObject)
 {
-    EnterHostCall(eHostCall::AddObject);
+    CHostCall call(eHostCall::AddObject, {CHostCall::Describe(pObject)});
     if (!m_isOpen)
         throw new CNOI_AppException(TEXT("the database is not open"));
     if (pObject.Get() == nullptr)
         throw new CNOI_NullReferenceException(CNOI_DBObject::GetStaticClassName());
     m_objects.push_back(pObject);
-    return true;
+    return call.Return(true);
 }
 
 CNOI_SmartPtr<CNOI_Database> CNOI_RuntimeSystem::openActiveDatabase()
 {
-    if (!EnterHostCall(eHostCall::OpenActiveDatabase))
-        return {};
+    CHostCall call(eHostCall::OpenActiveDatabase);
+    if (call.IsEmpty())
+        return call.Return(CNOI_SmartPtr<CNOI_Database>());
     const CNOI_SmartPtr<CNOI_Database>& pDatabase = GetHostState().m_pDatabase;
     pDatabase->m_isOpen = true;
-    return pDatabase;
+    return call.Return(pDatabase);
 }
 
 void CNOI_RuntimeSystem::closeDatabase(CNOI_SmartPtr<CNOI_Database>& pDatabase)
 {
-    EnterHostCall(eHostCall::CloseDatabase);
+    const CHostCall call(eHostCall::CloseDatabase, {CHostCall::Describe(pDatabase)});
     if (pDatabase.Get() != nullptr)
         pDatabase->m_isOpen = false;
 }

@@ -34,7 +34,7 @@ CNOI_AppException::~CNOI_AppException()
 
 void CNOI_AppException::Source(const WString& source)
 {
-    EnterHostCall(eHostCall::SetSource);
+    const CHostCall call(eHostCall::SetSource, {source});
     m_source = source;
 }
 
@@ -45,13 +45,13 @@ void CNOI_AppException::SourceLine(int line)
 
 WString CNOI_AppException::PrintReport() const
 {
-    EnterHostCall(eHostCall::PrintReport);
+    CHostCall call(eHostCall::PrintReport);
     if (m_source.empty())
-        return m_message;
+        return call.Return(m_message);
     CString line;
     if (m_sourceLine != 0)
         line.Format(TEXT("(%d)"), m_sourceLine);
-    return m_message + TEXT("\nSource: ") + m_source + line.GetString();
+    return call.Return(m_message + TEXT("\nSource: ") + m_source + line.GetString());
 }
 
 CNOI_NullReferenceException::CNOI_NullReferenceException(const WString& className)

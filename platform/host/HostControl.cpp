@@ -27,8 +27,8 @@ public:
     using std::runtime_error::runtime_error;
 };
 
-/// False for a failure that is no exception.
-bool Fail(eHostFailure failure)
+/// Throws, unless the failure is no exception.
+void Fail(eHostFailure failure)
 {
     switch (failure)
     {
@@ -47,7 +47,6 @@ bool Fail(eHostFailure failure)
     case eHostFailure::EmptyResult:
         break;
     }
-    return false;
 }
 } // namespace
 
@@ -57,11 +56,11 @@ CHostState& GetHostState()
     return s_state;
 }
 
-bool EnterHostCall(eHostCall call, std::initializer_list<double> arguments)
+CHostCall::CHostCall(eHostCall call, std::vector<CHostValue> arguments)
 {
     CHostState& state = GetHostState();
     RecordHostCall(call);
-    state.m_record.arguments = arguments;
+    state.m_record.arguments = std::move(arguments);
     if (const auto observer = state.m_observer) // a copy: the observer may call Reset
         observer(call);
     for (auto& armed : state.m_failures)
@@ -70,12 +69,19 @@ bool EnterHostCall(eHostCall call, std::initializer_list<double> arguments)
         std::find_if(state.m_failures.begin(), state.m_failures.end(),
                      [call](const CArmedFailure& armed) { return armed.call == call && armed.callsToGo <= 0; });
     if (due == state.m_failures.end())
-        return true;
+        return;
     const eHostFailure failure = due->failure;
     state.m_failures.erase(due);
     if (const auto observer = state.m_failureObserver)
         observer(call, failure);
-    return Fail(failure);
+    Fail(failure);
+    m_isEmpty = true;
+}
+
+CHostCall::~CHostCall()
+{
+    if (const auto& observer = GetHostState().m_endObserver)
+        observer(m_result);
 }
 
 void RecordHostCall(eHostCall call)
@@ -149,6 +155,11 @@ void HostControl::SetCallObserver(std::function<void(eHostCall)> observer)
 void HostControl::SetFailureObserver(std::function<void(eHostCall, eHostFailure)> observer)
 {
     GetHostState().m_failureObserver = std::move(observer);
+}
+
+void HostControl::SetEndObserver(std::function<void(const CHostValue&)> observer)
+{
+    GetHostState().m_endObserver = std::move(observer);
 }
 
 void HostControl::SetInformationViewer(std::function<void(const CHostInformation&)> viewer)

@@ -7,6 +7,7 @@
 #include "platform/win32/win32.h"
 
 #include <functional>
+#include <variant>
 #include <vector>
 
 /// The calls of the host, in the record and for switching on failures.
@@ -89,6 +90,15 @@ struct CHostInformation
     WString library;
 };
 
+/// What a pointer in a host call points to.
+struct CHostObject
+{
+    WString className; ///< empty: the pointer is null or empty
+};
+
+/// An argument of a host call or its result; std::monostate is no result.
+using CHostValue = std::variant<std::monostate, bool, double, WString, CHostObject>;
+
 /// Everything that was asked of the host since the last Reset, oldest first.
 struct CHostRecord
 {
@@ -98,7 +108,7 @@ struct CHostRecord
     std::vector<CHostMessage> messages;
     std::vector<CHostInformation> information;
     std::vector<size_t> selectedLines; ///< indices of GetLines that SelectLine was called with
-    std::vector<double> arguments;     ///< the numbers that the newest call was given, in the order of its arguments
+    std::vector<CHostValue> arguments; ///< of the newest call
 };
 
 namespace HostControl
@@ -124,6 +134,9 @@ HOST_API void FailAt(eHostCall call, eHostFailure failure, int count = 1);
 HOST_API void SetCallObserver(std::function<void(eHostCall)> observer);
 /// Called when a failure that was switched on is due, after the call observer and before the call fails.
 HOST_API void SetFailureObserver(std::function<void(eHostCall, eHostFailure)> observer);
+/// Called at the end of every host call that can fail, unless a failure that was switched on has left it by an
+/// exception. Must not throw.
+HOST_API void SetEndObserver(std::function<void(const CHostValue& result)> observer);
 /// Called by every information dialog while it is modal: a program can show it. Stays through Reset.
 HOST_API void SetInformationViewer(std::function<void(const CHostInformation&)> viewer);
 

@@ -23,14 +23,48 @@ struct CHostState
     std::vector<CArmedFailure> m_failures;
     std::function<void(eHostCall)> m_observer;
     std::function<void(eHostCall, eHostFailure)> m_failureObserver;
+    std::function<void(const CHostValue&)> m_endObserver;
     std::function<void(const CHostInformation&)> m_viewer;
 };
 
 CHostState& GetHostState();
 
-/// Begins every call of the host that can fail: records it, tells the observer, and throws what was switched on for it.
-/// False when the call is to give an empty result. arguments: the numbers among the call's arguments, for the record.
-bool EnterHostCall(eHostCall call, std::initializer_list<double> arguments = {});
+/// A call of the host that can fail, while it runs.
+class CHostCall
+{
+public:
+    /// Records the call, tells the observer, and throws what was switched on for it.
+    explicit CHostCall(eHostCall call, std::vector<CHostValue> arguments = {});
+    ~CHostCall();
+    CHostCall(const CHostCall&) = delete;
+    CHostCall& operator=(const CHostCall&) = delete;
+
+    /// The call is to give an empty result.
+    bool IsEmpty() const { return m_isEmpty; }
+    /// Keeps the result for the observer of the end.
+    template <class T>
+    T Return(T result)
+    {
+        m_result = Describe(result);
+        return result;
+    }
+
+    template <class T>
+    static CHostValue Describe(const T& value)
+    {
+        return value;
+    }
+    template <class T>
+    static CHostValue Describe(const CNOI_SmartPtr<T>& pObject)
+    {
+        return CHostObject{pObject.Get() == nullptr ? WString() : T::GetStaticClassName()};
+    }
+
+private:
+    CHostValue m_result;
+    bool m_isEmpty = false;
+};
+
 /// For the ends of objects, where nothing may be thrown.
 void RecordHostCall(eHostCall call);
 

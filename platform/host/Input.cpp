@@ -38,7 +38,7 @@ void Input::BaseInputMode::SetInputMode(
     eInputMode mode) // NOLINT(performance-unnecessary-value-param): the host's signature
 {
     GetHostState().m_record.inputModes.push_back({this, mode.m_value});
-    EnterHostCall(eHostCall::SetInputMode);
+    const CHostCall call(eHostCall::SetInputMode, {double(mode.m_value)});
 }
 
 bool Framework::SendInteractorMessage(eInteractorMessage message, __int64 value)
@@ -49,8 +49,9 @@ bool Framework::SendInteractorMessage(eInteractorMessage message, __int64 value)
     if (isStart) // owned before anything can fail. NOLINTNEXTLINE(performance-no-int-to-ptr): the message carries an
                  // integer
         state.m_pInputFunction.reset(reinterpret_cast<CObjectSelectGeneral*>(value));
-    EnterHostCall(eHostCall::SendInteractorMessage);
-    return isStart;
+    CHostCall call(eHostCall::SendInteractorMessage,
+                   {double(message), CHostObject{isStart ? TEXT("CObjectSelectGeneral") : TEXT("")}});
+    return call.Return(isStart);
 }
 } // namespace Allplan::IFW
 
@@ -58,5 +59,5 @@ CObjectSelectGeneral::CObjectSelectGeneral(const CString& prompt, eObjectSelectT
     : m_prompt(prompt)
 {
     GetHostState().m_record.selections.push_back({prompt.GetString(), type, first, second});
-    EnterHostCall(eHostCall::CreateObjectSelect);
+    const CHostCall call(eHostCall::CreateObjectSelect, {prompt.GetString(), double(type), first, second});
 }

@@ -16,6 +16,8 @@ public:
 /// The shape of a database object.
 class HOST_API CNOI_Geometry : public CNOI_BaseRefCount
 {
+public:
+    static WString GetStaticClassName();
 };
 
 class HOST_API CNOI_GeoLine2D : public CNOI_Geometry

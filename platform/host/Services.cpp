@@ -5,13 +5,13 @@
 
 WString CNOI_Service_AllplanLocalisation::GetLanguage()
 {
-    EnterHostCall(eHostCall::GetLanguage);
-    return GetHostState().m_language;
+    CHostCall call(eHostCall::GetLanguage);
+    return call.Return(GetHostState().m_language);
 }
 
 Allplan::IFW::Resources::ResourceHandleHelper::ResourceHandleHelper(const WCHAR* pLibrary)
 {
-    EnterHostCall(eHostCall::UseResources);
+    const CHostCall call(eHostCall::UseResources, {pLibrary});
     m_previousLibrary = std::exchange(GetHostState().m_resourceLibrary, pLibrary);
 }
 
@@ -24,7 +24,7 @@ Allplan::IFW::Resources::ResourceHandleHelper::~ResourceHandleHelper()
 CXMLTreeInfoDlg::CXMLTreeInfoDlg(const CString& first, const CString& second, const CString& text)
     : m_first(first), m_second(second), m_text(text)
 {
-    EnterHostCall(eHostCall::CreateInformation);
+    const CHostCall call(eHostCall::CreateInformation, {first.GetString(), second.GetString(), text.GetString()});
 }
 
 CXMLTreeInfoDlg::~CXMLTreeInfoDlg()
@@ -38,8 +38,9 @@ INT_PTR CXMLTreeInfoDlg::DoModal()
     const CHostInformation information{m_first.GetString(), m_second.GetString(), m_text.GetString(),
                                        state.m_resourceLibrary};
     state.m_record.information.push_back(information);
-    EnterHostCall(eHostCall::ShowInformation);
+    CHostCall call(eHostCall::ShowInformation);
     if (state.m_viewer)
         state.m_viewer(information);
+    call.Return(1.0);
     return 1;
 }

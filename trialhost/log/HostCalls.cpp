@@ -78,50 +78,55 @@ const WCHAR* NameOf(eHostFailure failure)
         return TEXT("throws boost::exception");
     case eHostFailure::StdException:
         return TEXT("throws std::runtime_error");
-    case eHostFailure::EmptyResult:
-        return TEXT("returns an empty pointer");
     default:
         return TEXT("throws an exception of unknown type");
     }
 }
 
-/// The arguments that the record holds of the call, which is its newest.
-WString ArgumentsOf(eHostCall call)
+/// How the log shows a value: texts in quotation marks, objects by their class.
+struct CValueText
 {
-    const CHostRecord& record = HostControl::GetRecord();
-    switch (call)
+    WString operator()(std::monostate) const { return WString(); }
+    WString operator()(bool value) const { return value ? TEXT("true") : TEXT("false"); }
+    WString operator()(double value) const { return Coordinate(value); }
+    WString operator()(const WString& value) const { return Quoted(value); }
+    WString operator()(const CHostObject& object) const
     {
-    case eHostCall::SetInputMode:
-        return Number(record.inputModes.back().mode);
-    case eHostCall::CreateObjectSelect:
-        return Quoted(record.selections.back().prompt) + TEXT(", ") + Number(record.selections.back().type) +
-               (record.selections.back().first ? TEXT(", true") : TEXT(", false")) +
-               (record.selections.back().second ? TEXT(", true") : TEXT(", false"));
-    case eHostCall::SendInteractorMessage:
-        return Number(record.messages.back().message) + TEXT(", selection");
-    case eHostCall::ShowInformation:
-        return Quoted(record.information.back().first) + TEXT(", ") + Quoted(record.information.back().second) +
-               TEXT(", ") + Quoted(record.information.back().text);
-    default:
-        break;
+        return object.className.empty() ? WString(TEXT("null")) : object.className;
     }
-    WString text;
-    for (const double number : record.arguments)
-        text += (text.empty() ? TEXT("") : TEXT(", ")) + Coordinate(number);
-    return text;
+};
+
+WString DescribeNewestCall(eHostCall call)
+{
+    WString arguments;
+    for (const CHostValue& argument : HostControl::GetRecord().arguments)
+        arguments.append(arguments.empty() ? TEXT("") : TEXT(", ")).append(std::visit(CValueText(), argument));
+    return NameOf(call) + (TEXT("(") + arguments + TEXT(")"));
 }
 } // namespace
 
-CHostCallRecorder::CHostCallRecorder(CCallLog& log)
+CHostCallRecorder::CHostCallRecorder(CCallLog& log) : m_log(log)
 {
-    HostControl::SetCallObserver([&log](eHostCall call)
-                                 { log.AddRemark(WString(NameOf(call)) + TEXT("(") + ArgumentsOf(call) + TEXT(")")); });
-    HostControl::SetFailureObserver([&log](eHostCall call, eHostFailure failure)
-                                    { log.AddRemark(WString(NameOf(call)) + TEXT(" ") + NameOf(failure)); });
+    HostControl::SetCallObserver(
+        [this](eHostCall call) { m_running.push_back(std::make_unique<CCallScope>(m_log, DescribeNewestCall(call))); });
+    HostControl::SetFailureObserver(
+        [this](eHostCall, eHostFailure failure)
+        {
+            if (failure != eHostFailure::EmptyResult) // which shows as the call's result
+                End(NameOf(failure));
+        });
+    HostControl::SetEndObserver([this](const CHostValue& result) { End(std::visit(CValueText(), result)); });
 }
 
 CHostCallRecorder::~CHostCallRecorder()
 {
     HostControl::SetCallObserver({});
     HostControl::SetFailureObserver({});
+    HostControl::SetEndObserver({});
+}
+
+void CHostCallRecorder::End(const WString& result)
+{
+    m_running.back()->Return(result);
+    m_running.pop_back();
 }

@@ -1,7 +1,9 @@
 #pragma once
 #include "trialhost/log/CallLog.h"
 
-/// Records every call of the host by the module, with its arguments, while this object lives. One at a time.
+#include <memory>
+
+/// Records every call of the host by the module, with arguments and result, while this object lives. One at a time.
 class CHostCallRecorder
 {
 public:
@@ -9,4 +11,10 @@ public:
     ~CHostCallRecorder();
     CHostCallRecorder(const CHostCallRecorder&) = delete;
     CHostCallRecorder& operator=(const CHostCallRecorder&) = delete;
+
+private:
+    void End(const WString& result);
+
+    CCallLog& m_log;
+    std::vector<std::unique_ptr<CCallScope>> m_running; ///< innermost last
 };

@@ -4,28 +4,21 @@
 #include "platform/win32/win32.h"
 #include "trialhost/TrialHost.h"
 
-#include <filesystem>
-
 namespace
 {
-/// The host's folder of string files, and where it is while a fault hides it.
-std::filesystem::path StringFolder()
+/// The host's folder of string files.
+WString StringFolder()
 {
     WCHAR name[MAX_PATH] = {};
     ::GetModuleFileNameW(nullptr, name, MAX_PATH);
     const WString path = name;
-    return std::filesystem::path(path.substr(0, path.find_last_of(TEXT("\\/")))) / "Plugins";
+    return path.substr(0, path.find_last_of(TEXT('\\')) + 1) + TEXT("Plugins");
 }
 
-std::filesystem::path HiddenFolder()
+/// Where that folder is while a fault hides it.
+WString HiddenFolder()
 {
-    return StringFolder().concat(".hidden");
-}
-
-void Rename(const std::filesystem::path& from, const std::filesystem::path& to)
-{
-    std::error_code ignored; // somebody else has it open, or it is gone: the run shows
-    std::filesystem::rename(from, to, ignored);
+    return StringFolder() + TEXT(".hidden");
 }
 } // namespace
 
@@ -70,13 +63,14 @@ CArmedFault::CArmedFault(eFault fault, CTrialHost& host, const boost::shared_ptr
         HostControl::FailAt(eHostCall::AddObject, eHostFailure::AppException, 7);
     if (fault == eFault::ClosingThrows)
         HostControl::FailAt(eHostCall::CloseDatabase, eHostFailure::StdException);
-    Rename(HiddenFolder(), StringFolder()); // left by a program that died
+    // Left by a program that died; usually there is none.
+    ::MoveFileExW(HiddenFolder().c_str(), StringFolder().c_str(), 0);
     if (fault == eFault::NoStringFiles)
-        Rename(StringFolder(), HiddenFolder());
+        m_isInPlace = ::MoveFileExW(StringFolder().c_str(), HiddenFolder().c_str(), 0) != 0;
 }
 
 CArmedFault::~CArmedFault()
 {
     if (m_fault == eFault::NoStringFiles)
-        Rename(HiddenFolder(), StringFolder());
+        ::MoveFileExW(HiddenFolder().c_str(), StringFolder().c_str(), 0);
 }

@@ -33,8 +33,8 @@ const CFaultChoice* FindFault(const WString& name);
 /// The module reads language and string files once in a process: such a fault has an effect on the first run alone.
 bool IsForFirstRun(eFault fault);
 
-/// Sets the fault up for the next run of a command, and takes it back when destroyed. Host and handler are made
-/// faultless again then; a failure that the run did not come to stays switched on in the host.
+/// Sets the fault up for the next run of a command. The destructor restores the folder Plugins; the next object resets
+/// handler and language. A failure of the host that the run did not reach stays switched on.
 class CArmedFault
 {
 public:
@@ -43,6 +43,10 @@ public:
     CArmedFault(const CArmedFault&) = delete;
     CArmedFault& operator=(const CArmedFault&) = delete;
 
+    /// False if the folder Plugins could not be renamed: another program has a file in it open.
+    bool IsInPlace() const { return m_isInPlace; }
+
 private:
     const eFault m_fault;
+    bool m_isInPlace = true;
 };

@@ -14,9 +14,13 @@ void AppendSeparator(HMENU menu)
     ::AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
 }
 
-void AppendPopup(HMENU menu, HMENU popup, const WCHAR* pCaption)
+/// The emptied menu at that place of the bar.
+HMENU Emptied(HMENU bar, int place)
 {
-    ::AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), pCaption);
+    const HMENU menu = ::GetSubMenu(bar, place);
+    while (::DeleteMenu(menu, 0, MF_BYPOSITION))
+        continue;
+    return menu;
 }
 
 /// "&1 TEXT" for the first item of a list; those after the ninth have no key.
@@ -39,9 +43,8 @@ WString WithoutKey(WString caption)
     return caption;
 }
 
-HMENU CreateFileMenu(const CRecentFiles& recent)
+void FillFileMenu(HMENU menu, const CRecentFiles& recent)
 {
-    const HMENU menu = ::CreatePopupMenu();
     Append(menu, CommandOpen, TEXT("&Open...\tCtrl+O"));
     Append(menu, CommandReload, TEXT("&Reload\tF5"));
     AppendSeparator(menu);
@@ -50,36 +53,30 @@ HMENU CreateFileMenu(const CRecentFiles& recent)
     if (!recent.GetPaths().empty())
         AppendSeparator(menu);
     Append(menu, CommandExit, TEXT("E&xit\tAlt+F4"));
-    return menu;
 }
 
-HMENU CreateCommandMenu(const std::vector<CTrialCommand>& commands)
+void FillCommandMenu(HMENU menu, const std::vector<CTrialCommand>& commands)
 {
-    const HMENU menu = ::CreatePopupMenu();
     for (size_t i = 0; i < commands.size(); ++i)
         Append(menu, FirstCommandRun + static_cast<int>(i),
                commands[i].caption + (i < 9 ? TEXT("\tCtrl+") + std::to_wstring(i + 1) : WString()));
     AppendSeparator(menu);
     Append(menu, CommandRunAgain, TEXT("Run &again\tCtrl+R"));
     Append(menu, CommandComplete, TEXT("Co&mplete\tCtrl+E"));
-    return menu;
 }
 
-HMENU CreateViewMenu()
+void FillViewMenu(HMENU menu)
 {
-    const HMENU menu = ::CreatePopupMenu();
     Append(menu, CommandFit, TEXT("&Fit drawing\tCtrl+0"));
     Append(menu, CommandZoomIn, TEXT("Zoom &in\tF7"));
     Append(menu, CommandZoomOut, TEXT("Zoom &out\tF8"));
     AppendSeparator(menu);
     Append(menu, CommandCopyLog, TEXT("&Copy log\tCtrl+Shift+C"));
     Append(menu, CommandClearLog, TEXT("C&lear log\tCtrl+Shift+L"));
-    return menu;
 }
 
-HMENU CreatePlugInMenu(const std::vector<CKnownPlugIn>& plugIns)
+void FillPlugInMenu(HMENU menu, const std::vector<CKnownPlugIn>& plugIns)
 {
-    const HMENU menu = ::CreatePopupMenu();
     Append(menu, CommandLoadPlugIn, TEXT("&Load...\tCtrl+L"));
     Append(menu, CommandLoadAnew, TEXT("Load all &anew\tF6"), plugIns.empty() ? MF_GRAYED : 0);
     if (!plugIns.empty())
@@ -88,16 +85,13 @@ HMENU CreatePlugInMenu(const std::vector<CKnownPlugIn>& plugIns)
         Append(menu, FirstCommandPlugIn + static_cast<int>(i),
                Numbered(i, Literal(std::filesystem::path(plugIns[i].path).filename().wstring())),
                plugIns[i].isLoaded ? MF_CHECKED : 0);
-    return menu;
 }
 
-HMENU CreateFaultMenu(eFault chosen)
+void FillFaultMenu(HMENU menu, eFault chosen)
 {
-    const HMENU menu = ::CreatePopupMenu();
     for (const CFaultChoice& choice : GetFaultChoices())
         Append(menu, FirstCommandFault + static_cast<int>(choice.fault), choice.pCaption,
                choice.fault == chosen ? MF_CHECKED : 0);
-    return menu;
 }
 
 void AddButton(HWND toolBar, int command, const WString& caption)
@@ -119,16 +113,22 @@ void AddGap(HWND toolBar)
 }
 } // namespace
 
-HMENU CreateTrialMenu(const std::vector<CTrialCommand>& commands, eFault fault, const CRecentFiles& recent,
-                      const std::vector<CKnownPlugIn>& plugIns)
+HMENU CreateTrialMenu()
 {
-    const HMENU menu = ::CreateMenu();
-    AppendPopup(menu, CreateFileMenu(recent), TEXT("&File"));
-    AppendPopup(menu, CreateCommandMenu(commands), TEXT("&Command"));
-    AppendPopup(menu, CreateViewMenu(), TEXT("&View"));
-    AppendPopup(menu, CreatePlugInMenu(plugIns), TEXT("&Plug-ins"));
-    AppendPopup(menu, CreateFaultMenu(fault), TEXT("F&aults"));
-    return menu;
+    const HMENU bar = ::CreateMenu();
+    for (const WCHAR* pCaption : {TEXT("&File"), TEXT("&Command"), TEXT("&View"), TEXT("&Plug-ins"), TEXT("F&aults")})
+        ::AppendMenuW(bar, MF_POPUP, reinterpret_cast<UINT_PTR>(::CreatePopupMenu()), pCaption);
+    return bar;
+}
+
+void FillTrialMenu(HMENU bar, const std::vector<CTrialCommand>& commands, eFault fault, const CRecentFiles& recent,
+                   const std::vector<CKnownPlugIn>& plugIns)
+{
+    FillFileMenu(Emptied(bar, 0), recent);
+    FillCommandMenu(Emptied(bar, 1), commands);
+    FillViewMenu(Emptied(bar, 2));
+    FillPlugInMenu(Emptied(bar, 3), plugIns);
+    FillFaultMenu(Emptied(bar, 4), fault);
 }
 
 HACCEL CreateTrialKeys()

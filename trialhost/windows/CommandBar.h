@@ -31,9 +31,11 @@ struct CKnownPlugIn
     bool isLoaded;
 };
 
-/// The menu of the main window. The caller gives it to the window, which owns it then.
-HMENU CreateTrialMenu(const std::vector<CTrialCommand>& commands, eFault fault, const CRecentFiles& recent,
-                      const std::vector<CKnownPlugIn>& plugIns);
+/// The menu bar of the main window, with empty menus. The caller gives it to the window, which owns it then.
+HMENU CreateTrialMenu();
+/// Replaces the items of all menus. The bar itself stays, so that nothing is drawn again.
+void FillTrialMenu(HMENU bar, const std::vector<CTrialCommand>& commands, eFault fault, const CRecentFiles& recent,
+                   const std::vector<CKnownPlugIn>& plugIns);
 /// The keys of the menu's items. The caller destroys the table.
 HACCEL CreateTrialKeys();
 /// An empty tool bar as a child of parent.

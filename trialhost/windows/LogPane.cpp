@@ -40,15 +40,22 @@ void CLogPane::SetDpi(UINT dpi, HFONT font)
 
 void CLogPane::Refresh()
 {
+    if (m_log.GetCalls().size() != m_shownCalls)
+        ShowNewCalls();
+    ::InvalidateRect(m_list, nullptr, FALSE); // running calls may have ended
+}
+
+void CLogPane::ShowNewCalls()
+{
     const size_t count = m_log.GetCalls().size();
     const int last = static_cast<int>(m_shownCalls) - 1;
     const bool isAtEnd = last < ListView_GetTopIndex(m_list) + ListView_GetCountPerPage(m_list) || count < m_shownCalls;
-    if (count != m_shownCalls)
-        ::SendMessageW(m_list, LVM_SETITEMCOUNT, count, LVSICF_NOSCROLL);
-    m_shownCalls = count;
+    ::SendMessageW(m_list, WM_SETREDRAW, FALSE, 0); // else each step draws
+    ::SendMessageW(m_list, LVM_SETITEMCOUNT, count, LVSICF_NOSCROLL);
+    ::SendMessageW(m_list, WM_SETREDRAW, TRUE, 0);
     if (isAtEnd && count > 0)
         ListView_EnsureVisible(m_list, static_cast<int>(count) - 1, FALSE);
-    ::InvalidateRect(m_list, nullptr, FALSE); // running calls may have ended
+    m_shownCalls = count;
 }
 
 void CLogPane::Copy() const

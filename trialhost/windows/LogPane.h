@@ -22,6 +22,7 @@ protected:
     LRESULT HandleMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
+    void ShowNewCalls();
     void GiveText(LVITEMW& item) const;
 
     CCallLog& m_log;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <commdlg.h>
 #include <filesystem>
+#include <windowsx.h>
 
 namespace
 {
@@ -43,6 +44,18 @@ WString AskForFile(HWND owner, const WCHAR* pTitle, const WCHAR* pFilter)
     return ::GetOpenFileNameW(&dialog) ? WString(path) : WString();
 }
 
+/// Dots per inch of the screen that shows the window.
+UINT DpiOf(HWND window)
+{
+    // Before Windows 10 all screens have the same.
+    if (const FARPROC pFunction = ::GetProcAddress(::GetModuleHandleW(TEXT("user32.dll")), "GetDpiForWindow"))
+        return reinterpret_cast<UINT(WINAPI*)(HWND)>(reinterpret_cast<void*>(pFunction))(window);
+    const HDC screen = ::GetDC(nullptr);
+    const auto dpi = static_cast<UINT>(::GetDeviceCaps(screen, LOGPIXELSY));
+    ::ReleaseDC(nullptr, screen);
+    return dpi;
+}
+
 void SetShare(int& share, int pixels, int length)
 {
     share = std::clamp(share + ::MulDiv(1000, pixels, std::max(length, 1)), s_smallestShare, s_largestShare);
@@ -56,12 +69,12 @@ CMainWindow::CMainWindow(CTrialSession& session, CCallLog& log, const CSettings&
       m_recent(settings.GetRecentFiles()),
       m_keys(CreateTrialKeys())
 {
-    ::SetProcessDPIAware();
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_WIN95_CLASSES};
     ::InitCommonControlsEx(&controls);
     Create(TEXT("TrialHostView"), TEXT("Trial host"), WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, WS_EX_CONTROLPARENT,
            nullptr);
     const HWND frame = GetHandle();
+    ::SetMenu(frame, CreateTrialMenu());
     m_toolBar = CreateTrialToolBar(frame, s_toolBarId);
     m_pDrawing = std::make_unique<CDrawingPane>(
         frame, CDrawingPane::CEvents{[this](UINT message, const CStdPoint2D& point, size_t line)
@@ -99,9 +112,7 @@ CMainWindow::CMainWindow(CTrialSession& session, CCallLog& log, const CSettings&
     m_log.AddObserver(this);
     m_recent.Add(session.GetHandler()->GetPath());
     UpdateCommands();
-    const HDC screen = ::GetDC(nullptr);
-    SetDpi(static_cast<UINT>(::GetDeviceCaps(screen, LOGPIXELSY)));
-    ::ReleaseDC(nullptr, screen);
+    SetDpi(DpiOf(frame));
     RestorePlaces();
     m_pDrawing->Fit();
     ::SetFocus(m_pDrawing->GetHandle());
@@ -200,8 +211,13 @@ LRESULT CMainWindow::HandleMessage(UINT message, WPARAM wParam, LPARAM lParam)
     return CTrialWindow::HandleMessage(message, wParam, lParam);
 }
 
-// Calls may come by the hundred between two messages: the window catches up once.
 void CMainWindow::OnCall(size_t)
+{
+    PostUpdate();
+}
+
+// Calls may come by the hundred between two messages: the window catches up once.
+void CMainWindow::PostUpdate()
 {
     if (m_isUpdatePosted || GetHandle() == nullptr)
         return;
@@ -252,7 +268,7 @@ void CMainWindow::OnCommand(int command)
         OnListedCommand(command);
         break;
     }
-    UpdateAll();
+    PostUpdate();
 }
 
 void CMainWindow::OnListedCommand(int command)
@@ -334,7 +350,8 @@ void CMainWindow::RestorePlaces()
     RECT visible;
     if (!::IntersectRect(&visible, &frame, &screen)) // kept on a screen that is gone
         frame = {0, 0, Scale(s_width), Scale(s_height)};
-    ::MoveWindow(GetHandle(), frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top, FALSE);
+    for (int i = 0; i < 2; ++i) // the first move may lead to a screen of other resolution, which changes the size
+        ::MoveWindow(GetHandle(), frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top, FALSE);
     ::ShowWindow(GetHandle(), m_settings.GetNumber(TEXT("Maximized"), 0) != 0 ? SW_SHOWMAXIMIZED : SW_SHOW);
 }
 
@@ -459,9 +476,7 @@ void CMainWindow::UpdateCommands()
 
 void CMainWindow::UpdateMenu()
 {
-    const HMENU previous = ::GetMenu(GetHandle());
-    ::SetMenu(GetHandle(), CreateTrialMenu(m_commands, m_session.GetFault(), m_recent, m_plugIns));
-    ::DestroyMenu(previous);
+    FillTrialMenu(::GetMenu(GetHandle()), m_commands, m_session.GetFault(), m_recent, m_plugIns);
 }
 
 void CMainWindow::UpdateStatus()
@@ -513,8 +528,18 @@ void CMainWindow::DispatchWaiting()
         Dispatch(message);
 }
 
+// Windows sends the wheel to the window that has the focus.
+void CMainWindow::SendToPaneUnderMouse(MSG& message) const
+{
+    const HWND pane = ::WindowFromPoint({GET_X_LPARAM(message.lParam), GET_Y_LPARAM(message.lParam)});
+    if (::IsChild(GetHandle(), pane))
+        message.hwnd = pane;
+}
+
 void CMainWindow::Dispatch(MSG& message)
 {
+    if (message.message == WM_MOUSEWHEEL)
+        SendToPaneUnderMouse(message);
     const HWND dialog = m_session.GetHost().FindDialog();
     if (dialog != nullptr && ::IsDialogMessageW(dialog, &message))
         return; // Tab, Enter and Esc work in a modeless dialog only through this call

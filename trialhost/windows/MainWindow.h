@@ -39,6 +39,7 @@ protected:
 
 private:
     void OnCall(size_t index) override;
+    void PostUpdate();
     void OnCommand(int command);
     void OnListedCommand(int command);
     void OnMouse(UINT message, const CStdPoint2D& point, size_t line);
@@ -62,6 +63,7 @@ private:
     void UpdateAll();
     void PlaceDialog();
     void ShowText(const WString& text, UINT icon) const;
+    void SendToPaneUnderMouse(MSG& message) const;
     void Dispatch(MSG& message);
     int Scale(int length) const { return ScaleLength(length, m_dpi); }
 

