@@ -25,8 +25,9 @@ bool CTrialSession::Run(const WString& id)
 {
     const CArmedFault fault(m_fault, m_host, m_pHandler);
     if (!fault.IsInPlace())
-        m_reporter(TEXT("The folder Plugins could not be renamed, so the command runs with it. Close the programs that ")
-                       TEXT("use its files, and run again."));
+        m_reporter(
+            TEXT("The folder Plugins could not be renamed, so the command runs with it. Close the programs that ")
+                TEXT("use its files, and run again."));
     m_lastId = id;
     bool hasStarted = false;
     return Guard(TEXT("RunCommand"), [&] { hasStarted = m_host.RunCommand(id); }) && hasStarted;
