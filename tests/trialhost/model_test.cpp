@@ -180,7 +180,7 @@ TEST(RecentFiles, NewestStandsFirstAndOnce)
     EXPECT_EQ(files.GetPaths()[2], TEXT("8"));
 }
 
-// What a user sees of each fault: whether the run starts, the reports, and the lines in the drawing.
+// For each fault: whether the command starts, what is reported, and how many lines the drawing then has.
 TEST(TrialFaults, EachShowsWhatAUserSees)
 {
     std::filesystem::remove(s_file); // left by a run that died

@@ -17,21 +17,22 @@ int GetRecord(const WString& path, const WString& id, bool asJson);
 /// UTF-8 are refused, or become U+FFFD if replacesInvalid.
 int SetRecord(const WString& path, const WString& id, bool replacesInvalid);
 int RemoveRecord(const WString& path, const WString& id);
-/// Stores what the user's editor makes of the record's text.
+/// Opens the record's text in the user's editor and stores the result.
 int EditRecord(const WString& path, const WString& id);
 /// Lists the projection definitions of the record PRJ_REGISTRY.
 int ShowDefinitions(const WString& path, bool asJson);
 /// Names the first fault with its place, and counts the records that can be read.
 int CheckFile(const WString& path, bool asJson);
 
-/// Prints the whole file line by line, for comparing versions; also what can be read of a faulty one, and then its
-/// fault.
+/// Prints the whole file line by line, in a form for comparing versions. Of a faulty file it prints what can be read,
+/// and then the fault.
 int PrintAsText(const WString& path);
-/// Prints what has changed from the left file to the right one. ExitFault if anything has, as diff does; ExitWrongUse
-/// if a file cannot be read.
+/// Prints the changes from the left file to the right one. Returns ExitFault if there are any, as diff does, and
+/// ExitWrongUse if a file cannot be read.
 int DiffFiles(const WString& left, const WString& right);
-/// Applies what has changed from base to theirs to ours, and writes the result to the output file, or to standard
-/// output if that is empty. What both have changed stays as in ours; it is named, and the result is ExitFault.
+/// Applies the changes between base and theirs to ours, and writes the result to the output file, or to standard output
+/// if the name is empty. Where both sides changed the same thing, ours stays; the conflict is named, and ExitFault
+/// returned.
 int MergeFiles(const WString& base, const WString& ours, const WString& theirs, const WString& output);
 /// Writes all records as JSON.
 int ExportRecords(const WString& path);
