@@ -35,7 +35,7 @@ struct CValueTable
         for (auto& value : values)
             value = Foreign;
         for (unsigned value = 0; value < 64; ++value)
-            values[static_cast<size_t>(Base64Alphabet[value])] = static_cast<unsigned char>(value);
+            values[static_cast<unsigned char>(Base64Alphabet[value])] = static_cast<unsigned char>(value);
     }
     unsigned char values[128];
 };
