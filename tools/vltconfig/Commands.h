@@ -5,8 +5,8 @@
 enum ExitCode : int
 {
     ExitFine = 0,
-    ExitFault = 1,   ///< the file is faulty or cannot be used, or the identifier is unknown
-    ExitWrongUse = 2 ///< the arguments are wrong
+    ExitFault = 1,   ///< the file is faulty or cannot be used, or the identifier is unknown; differences or conflicts
+    ExitWrongUse = 2 ///< the arguments are wrong; of diff and merge: a file cannot be used
 };
 
 /// Lists the records: identifier, length of the text in UTF-16 units, and its beginning, or all of it if isLong.

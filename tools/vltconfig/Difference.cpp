@@ -2,6 +2,7 @@
 
 #include "tools/vltconfig/Definitions.h"
 #include "tools/vltconfig/KeyedPairs.h"
+#include "tools/vltconfig/Progress.h"
 
 #include <cstdio>
 
@@ -44,8 +45,10 @@ bool AreSame(const CProjectionDefinition& left, const CProjectionDefinition& rig
 void PrintDefinitionChanges(const Definitions& left, const Definitions& right)
 {
     const auto pairs = PairByKey(left, right, NameOf);
+    CProgress progress("comparing definitions");
     for (const ItemPair& pair : pairs)
     {
+        progress.Show(&pair - pairs.data(), static_cast<long long>(pairs.size()));
         if (pair.right == ItemPair::NoItem)
             PrintDefinition(left[pair.left], "    - ");
         else if (pair.left == ItemPair::NoItem)
@@ -120,8 +123,10 @@ bool PrintDifference(const std::vector<Record>& left, const std::vector<Record>&
 {
     bool isDifferent = false;
     const auto pairs = PairByKey(left, right, [](const Record& record) { return record.id; });
+    CProgress progress("comparing records");
     for (const ItemPair& pair : pairs)
     {
+        progress.Show(&pair - pairs.data(), static_cast<long long>(pairs.size()));
         const bool isInBoth = pair.left != ItemPair::NoItem && pair.right != ItemPair::NoItem;
         if (isInBoth && left[pair.left].cfg == right[pair.right].cfg)
             continue;

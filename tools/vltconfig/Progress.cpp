@@ -17,3 +17,9 @@ void CProgress::Show(long long done, long long total)
     std::fflush(stderr);
     m_hasShown = true;
 }
+
+void CProgress::Announce(const char* pWork, size_t size, const char* pUnit)
+{
+    if (size > 16'000'000)
+        std::fprintf(stderr, "vltconfig: %s %zu million %s ...\n", pWork, size / 1'000'000, pUnit);
+}

@@ -1,5 +1,6 @@
 #pragma once
 #include <chrono>
+#include <cstddef>
 
 /// Says on standard error how far a piece of work has come, once it takes longer than a second.
 class CProgress
@@ -12,6 +13,9 @@ public:
 
     /// done and total in any unit.
     void Show(long long done, long long total);
+
+    /// Says that a large piece of work begins, if it has more than 16 million characters or bytes.
+    static void Announce(const char* pWork, size_t size, const char* pUnit);
 
 private:
     using Clock = std::chrono::steady_clock;

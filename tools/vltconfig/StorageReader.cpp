@@ -8,15 +8,12 @@
 
 #include <algorithm>
 #include <climits>
-#include <cstdio>
 
 bool CStorageReader::Open(const WString& path)
 {
     if (!ReadText(path))
         return false;
-    if (m_document.m_text.GetLength() > 16'000'000)
-        std::fprintf(stderr, "vltconfig: parsing %d million characters ...\n",
-                     m_document.m_text.GetLength() / 1'000'000);
+    CProgress::Announce("parsing", static_cast<size_t>(m_document.m_text.GetLength()), "characters");
     m_isFaultless = m_document.Parse();
     if (!m_isFaultless)
         FindFault();

@@ -144,6 +144,7 @@ int RepairFile(const WString& path, const WString& output)
         return Complain(path, ViewOf(reader.GetFault().message));
     CRepair repair(reader.GetDocument());
     repair.Run();
+    CProgress::Announce("writing", repair.GetBytes().size(), "bytes");
     VLT::CFileSecurity security;
     DWORD error = security.Read(path.c_str());
     if (error == ERROR_SUCCESS)
