@@ -80,7 +80,7 @@ void SendMouse(CStepPrinter& printer, CTrialSession& session)
         session.SendMouse(mouseMove, {100.0 + i, 100.0});
     const auto& record = HostControl::GetRecord();
     printer.Check(TEXT("prompt"), !HostControl::GetPrompt().empty(),
-                  TEXT("\"") + HostControl::GetPrompt() + TEXT("\" started, selections: ") +
+                  WString(TEXT("\"")) + HostControl::GetPrompt() + TEXT("\" started, selections: ") +
                       Number(static_cast<long long>(record.selections.size())) + TEXT(", input modes set: ") +
                       Number(static_cast<long long>(record.inputModes.size())),
                   TEXT("no selection was started"));
