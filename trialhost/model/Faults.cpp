@@ -63,7 +63,7 @@ CArmedFault::CArmedFault(eFault fault, CTrialHost& host, const boost::shared_ptr
         HostControl::FailAt(eHostCall::AddObject, eHostFailure::AppException, 7);
     if (fault == eFault::ClosingThrows)
         HostControl::FailAt(eHostCall::CloseDatabase, eHostFailure::StdException);
-    // Left by a program that died; usually there is none.
+    // A program that crashed can have left this folder.
     ::MoveFileExW(HiddenFolder().c_str(), StringFolder().c_str(), 0);
     if (fault == eFault::NoStringFiles)
         m_isInPlace = ::MoveFileExW(StringFolder().c_str(), HiddenFolder().c_str(), 0) != 0;

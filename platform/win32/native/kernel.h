@@ -49,7 +49,7 @@ void SetLastError(DWORD code);
 
 constexpr DWORD FORMAT_MESSAGE_ALLOCATE_BUFFER = 0x100;
 constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
-/// Only with both flags above. The text is the system's for the errno behind the code, followed by CR LF.
+/// Accepts only both flags above. Gives the system's text for the errno that the code stands for, followed by CR LF.
 /// pBuffer is a LPWSTR*; the caller frees the text with LocalFree. Returns its units, 0 for a code that has none.
 DWORD FormatMessageW(DWORD flags, const void* pSource, DWORD code, DWORD language, LPWSTR pBuffer, DWORD size,
                      va_list* pArguments);
