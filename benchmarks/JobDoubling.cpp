@@ -69,6 +69,8 @@ std::vector<GrowingText> HostileTexts()
          [](int64_t n) { return Repeated(TEXT("<a></a=>"), n); }},
         {"attributes without a value, 1,000,000", 1000000, false,
          [](int64_t n) { return TEXT("<r>") + Repeated(TEXT("<c b=>"), n) + TEXT("</r>"); }, true},
+        {"quotes in which every tag ends, 1,000,000", 1000000, false,
+         [](int64_t n) { return TEXT("<r>") + Repeated(TEXT("<c=\"<b>c=\""), n) + TEXT("</r>"); }, true},
     };
 }
 

@@ -173,11 +173,11 @@ bool MayGrow(const Operation& operation, const Grammar& grammar)
            WorkPerUnit(operation, grammar, 8 * units, 2) > 1.6 * WorkPerUnit(operation, grammar, units, 2);
 }
 
-/// The work for each unit has to grow with two doublings: a cache makes it grow with one.
+/// The work for each unit has to grow with each of several doublings: caches and other programs make it grow with some.
 bool Grows(const Operation& operation, const Grammar& grammar)
 {
     double previous = WorkPerUnit(operation, grammar, 32000, 5);
-    for (const size_t units : {64000, 128000})
+    for (const size_t units : {64000, 128000, 256000, 512000})
     {
         const double work = WorkPerUnit(operation, grammar, units, 5);
         if (work < 1.4 * previous)

@@ -205,7 +205,7 @@ TEST(XmlAgreement, ManyOpenElementsAndSearchesThatRunOn)
 {
     const auto openNames = Split(TEXT("<a>|<a>|<a=b>|<a=b[c>|<a==>|<b]>|</a>|</a=>|</a=b>|</a=b[>|</b>|</c>"));
     const auto searches =
-        Split(TEXT("<a b=>|<a b=>|<a c=>|<longName x=>|<a x=\">|=a\" \"|=|'| b='1'| a = >|</a>|/>|>| c"));
+        Split(TEXT("<a b=>|<a b=>|<a c=>|<longName x=>|<a x=\">|=a\" \"|<a=\"<b>|a=\"|=|'| b='1'| a = >|</a>|/>|>| c"));
     CDamagedTexts texts;
     for (int i = 0; i < 100 * s_effort; ++i)
     {

@@ -16,10 +16,19 @@ struct PlainAttribute
     {
         Found, ///< the value goes up to the next ", unless a NUL comes first
         Missing,
-        NotPlain ///< the tag or the name is not of the common kind, or the tag is among the last units of the text
+        /// The tag or the name is not of the common kind, or the tag is among the last units of the text. So is a tag
+        /// whose quotes seem to go on after its end: the search stops there, as each further tag could come that far.
+        NotPlain
     };
     Outcome outcome;
     int value = 0; ///< offset of the value's first unit
+};
+
+/// Where a start tag is: offsets of its name and after its >. A tag that is too long for its record ends earlier here.
+struct XmlStartTag
+{
+    int name;
+    int end;
 };
 
 /// A name that a caller asks for, up to the unit that ends it.
@@ -40,8 +49,8 @@ struct XmlVectorLoops
     void (*pIndexBlocks)(const WCHAR* pBlocks, int count, XmlTagBlocks& blocks);
 
     /// Looks for an attribute in a common start tag: white space, a name and ="value", again and again. What is found,
-    /// or found missing, is what ScanAttribute gives. tagName: offset after the <. name: not empty.
-    PlainAttribute (*pFindAttribute)(const WCHAR* pText, int length, int tagName, XmlName name);
+    /// or found missing, is what ScanAttribute gives. name: not empty.
+    PlainAttribute (*pFindAttribute)(const WCHAR* pText, int length, XmlStartTag tag, XmlName name);
 
     /// Copies units up to the first ", & or NUL, at most length, for which pTo has room. Returns how many.
     int (*pCopyValue)(const WCHAR* pFrom, int length, WCHAR* pTo);

@@ -117,9 +117,9 @@ VELTRANO_TARGET_AVX2 void IndexTagBlocksAvx2(const WCHAR* pBlocks, int count, Xm
     IndexTagBlocks<CAvx2Block>(pBlocks, count, blocks);
 }
 
-VELTRANO_TARGET_AVX2 PlainAttribute FindAttributeAvx2(const WCHAR* pText, int length, int tagName, XmlName name)
+VELTRANO_TARGET_AVX2 PlainAttribute FindAttributeAvx2(const WCHAR* pText, int length, XmlStartTag tag, XmlName name)
 {
-    return FindAttributeInBlocks<CAvx2Block>(pText, length, tagName, name);
+    return FindAttributeInBlocks<CAvx2Block>(pText, length, tag, name);
 }
 
 VELTRANO_TARGET_AVX2 int CopyValueAvx2(const WCHAR* pFrom, int length, WCHAR* pTo)
