@@ -132,12 +132,11 @@ inline bool CTreeBuilder::ReadStartTag(CWalk& walk, const WCHAR* pTag)
         return StartElement(walk, 3, false);
     if (pTag[2] == TEXT('/') && pTag[3] == TEXT('>'))
         return StartElement(walk, 4, true);
-    const int nameEnd = FindTagNameEnd(m_pText, walk.next + 2, m_length);
-    // In a name a quote protects nothing, but the index does not know. It would search to the end of the text in vain.
-    if (IsIn(m_pText[nameEnd], XmlQuote))
-        return false;
     const int end = m_tagIndex.Find(walk.next + 2);
     if (end == CTagIndex::NotFound)
+        return false;
+    const int nameEnd = FindTagNameEnd(m_pText, walk.next + 2, m_length);
+    if (IsIn(m_pText[nameEnd], XmlQuote)) // in a name a quote protects nothing, but the index does not know
         return false;
     return StartElement(walk, end + 1 - walk.next, IsEmptyElementTag(m_pText, nameEnd, end));
 }

@@ -7,7 +7,7 @@
 bool CTagIndex::Extend()
 {
     const int from = std::exchange(m_missing, NotFound);
-    if (from == NotFound)
+    if (from == NotFound || IsIn(m_pText[FindTagNameEnd(m_pText, from, m_length)], XmlQuote))
         return false;
     if (!IsOutsideQuotes(from - 1))
     {

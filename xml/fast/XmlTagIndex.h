@@ -40,7 +40,8 @@ public:
     }
 
     /// Extends the index so that it answers the last call of Find. False if that was answered, if there is no such >,
-    /// or if a NUL is on the way, which ends the text.
+    /// if a NUL is on the way, which ends the text, or if a quote is in the tag's name. There it protects nothing, and
+    /// the search from each of many such tags could go on to the end of the text.
     bool Extend();
 
 private:
