@@ -24,11 +24,14 @@ commands() {
 listed() { grep -vE '^(#|$)' "$list" | sed 's/ | .*//' | LC_ALL=C sort; }
 diff <(listed) <(commands) || wrong "the documents hold other commands than $list (< only there, > only in a document)"
 
-mkdir -p build/document-commands/hello
-cp trialhost/sample-storage.xml build/document-commands.xml
+folder=build/document-commands
+rm -rf $folder
+trap 'rm -rf $folder' EXIT
+mkdir -p $folder/hello
+cp trialhost/sample-storage.xml $folder/storage.xml
 guide() { awk -v start="\`\`\`$1" '$0 == start { isIn = 1; next } /^```/ && isIn { exit } isIn' docs/plugin-guide.md; }
-guide cmake >build/document-commands/hello/CMakeLists.txt
-guide c++ >build/document-commands/hello/main.cpp
+guide cmake >$folder/hello/CMakeLists.txt
+guide c++ >$folder/hello/main.cpp
 
 while IFS= read -r line <&3; do
     command=${line%% | *} by=${line#* | }

@@ -1,6 +1,7 @@
 // The trial host without its window: view, storage contents, log, recent files, faults.
 #include "platform/host/HostControl.h"
 #include "sdk/StorageFile.h"
+#include "tests/support/TestFolder.h"
 #include "trialhost/Format.h"
 #include "trialhost/TrialSession.h"
 #include "trialhost/log/HostCalls.h"
@@ -12,12 +13,9 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
-#include <fstream>
 
 namespace
 {
-const WCHAR* const s_file = TEXT("trialhost-model.xml");
-
 CHostLine Line(double x, double y0, double y1)
 {
     return {x, y0, x, y1, 0, 0, 128, 255, 1, 1, 0};
@@ -28,11 +26,15 @@ std::string Narrow(const WString& text)
     return std::string(text.begin(), text.end());
 }
 
-std::string ReadFile(const char* pPath)
+/// A copy of the sample in a folder of its own: saving leaves further files next to it.
+struct CSampleCopy
 {
-    std::ifstream file(pPath, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
+    CSampleCopy() { std::filesystem::copy_file(SAMPLE_FILE, file); }
+
+    const CTestFolder folder;
+    const std::filesystem::path file = folder.m_path / "storage.xml";
+    const WString path = file.string<WCHAR>();
+};
 } // namespace
 
 TEST(TrialDrawing, PlacesStayWhereTheyAreUnderTheMouse)
@@ -87,9 +89,8 @@ TEST(TrialDrawing, NearestLineIsFoundWithinTheTolerance)
 
 TEST(TrialStorage, ContentsFollowTheFile)
 {
-    std::filesystem::remove(s_file); // left by a run that died
-    std::filesystem::copy_file(SAMPLE_FILE, s_file);
-    CStorageContents contents(s_file);
+    const CSampleCopy sample;
+    CStorageContents contents(sample.path);
     ASSERT_TRUE(contents.Update());
     EXPECT_FALSE(contents.Update());
     ASSERT_EQ(contents.GetRecords().size(), 2u);
@@ -107,15 +108,16 @@ TEST(TrialStorage, ContentsFollowTheFile)
     EXPECT_TRUE(rows[2][0] == TEXT("Bridge \"North\" <axis>"));
     EXPECT_TRUE(ReadDefinitions(TEXT("<projectionDefinition name=")).size() <= 1) << "cut off";
 
-    VLT::CStorageFile(s_file).Update(
-        [](VLT::CStorage& storage)
-        {
-            storage.AddConfiguration(boost::shared_ptr<VLT::CConfiguration>(new VLT::CConfiguration));
-            return true;
-        });
+    VLT::CStorageFile(sample.path.c_str())
+        .Update(
+            [](VLT::CStorage& storage)
+            {
+                storage.AddConfiguration(boost::shared_ptr<VLT::CConfiguration>(new VLT::CConfiguration));
+                return true;
+            });
     EXPECT_TRUE(contents.Update());
     EXPECT_EQ(contents.GetRecords().size(), 3u);
-    std::filesystem::remove(s_file);
+    std::filesystem::remove(sample.file);
     EXPECT_TRUE(contents.Update());
     EXPECT_NE(Narrow(contents.GetErrorText()).find("no such file"), std::string::npos);
     EXPECT_TRUE(contents.GetRecords().empty());
@@ -123,9 +125,10 @@ TEST(TrialStorage, ContentsFollowTheFile)
 
 TEST(TrialLog, LinesShowNestingResultsAndExceptions)
 {
+    const CTestFolder folder;
     {
         CCallLog log;
-        const CLogFile file(TEXT("trialhost-model.log"), log);
+        const CLogFile file(folder.Path(TEXT("run.log")), log);
         CCallScope outer(log, TEXT("Outer(1)"));
         {
             CCallScope inner(log, TEXT("Inner()"));
@@ -146,7 +149,7 @@ TEST(TrialLog, LinesShowNestingResultsAndExceptions)
         log.AddRemark(TEXT("after"));
         outer.Return(TEXT("3"));
     }
-    const std::string written = ReadFile("trialhost-model.log");
+    const std::string written = BytesOf(folder.m_path / "run.log");
     size_t at = 0;
     for (const char* pPart : {"  Outer(1)\n", "    Inner() = 2  (", "ms)\n", "    remark\n",
                               "    Throws() = left by an exception  (", "    after\n"})
@@ -154,7 +157,6 @@ TEST(TrialLog, LinesShowNestingResultsAndExceptions)
         at = written.find(pPart, at);
         ASSERT_NE(at, std::string::npos) << pPart << "\n" << written;
     }
-    std::filesystem::remove("trialhost-model.log");
 }
 
 TEST(TrialLog, TextsAreCutAndEscaped)
@@ -183,8 +185,7 @@ TEST(RecentFiles, NewestStandsFirstAndOnce)
 // For each fault: whether the command starts, what is reported, and how many lines the drawing then has.
 TEST(TrialFaults, EachShowsWhatAUserSees)
 {
-    std::filesystem::remove(s_file); // left by a run that died
-    std::filesystem::copy_file(SAMPLE_FILE, s_file);
+    const CSampleCopy sample;
     const struct
     {
         eFault fault;
@@ -209,7 +210,7 @@ TEST(TrialFaults, EachShowsWhatAUserSees)
         HostControl::SetInformationViewer([&](const CHostInformation& shown) { report(shown.text); });
         CTrialHost host(log, report);
         CTrialSession session(log, host, report);
-        ASSERT_EQ(session.Open(s_file), TEXT(""));
+        ASSERT_EQ(session.Open(sample.path), TEXT(""));
         session.SetFault(row.fault);
         const WCHAR* const pName = GetFaultChoices()[static_cast<size_t>(row.fault)].pName;
         EXPECT_EQ(session.Run(CTrialHost::s_pCommandId), row.starts) << Narrow(pName);
@@ -225,5 +226,4 @@ TEST(TrialFaults, EachShowsWhatAUserSees)
     }
     HostControl::SetInformationViewer({});
     HostControl::Reset();
-    std::filesystem::remove(s_file);
 }

@@ -1,6 +1,7 @@
 // The trial host's window, worked by the messages that mouse and keyboard send.
 #include "platform/host/HostControl.h"
 #include "sdk/StorageFile.h"
+#include "tests/support/TestFolder.h"
 #include "trialhost/log/HostCalls.h"
 #include "trialhost/windows/MainWindow.h"
 
@@ -11,9 +12,6 @@
 
 namespace
 {
-const WCHAR* const s_file = TEXT("trialhost-window.xml");
-const WCHAR* const s_settings = TEXT("trialhost-window.ini");
-
 /// Closes the message boxes of the program as they come, and keeps their texts.
 class CBoxCloser
 {
@@ -73,10 +71,8 @@ class TrialWindow : public testing::Test
 protected:
     TrialWindow()
     {
-        std::filesystem::remove(s_file); // left by a run that died
-        std::filesystem::copy_file(SAMPLE_FILE, s_file);
-        std::filesystem::remove(s_settings);
-        m_session.Open(s_file);
+        std::filesystem::copy_file(SAMPLE_FILE, m_file);
+        m_session.Open(m_file);
         Open();
     }
     ~TrialWindow() override
@@ -84,13 +80,11 @@ protected:
         m_session.Complete();
         m_pWindow.reset();
         HostControl::Reset();
-        std::filesystem::remove(s_file);
-        std::filesystem::remove(s_settings);
     }
 
     void Open()
     {
-        m_pWindow = std::make_unique<CMainWindow>(m_session, m_log, CSettings(s_settings));
+        m_pWindow = std::make_unique<CMainWindow>(m_session, m_log, CSettings(m_settings));
         m_pWindow->Refresh();
     }
     void Choose(int command)
@@ -130,6 +124,9 @@ protected:
         return std::filesystem::absolute(std::string(PLUGIN_FOLDER) + "/" + pName + ".dll").wstring();
     }
 
+    const CTestFolder m_folder; // goes last
+    const WString m_file = m_folder.Path(TEXT("storage.xml"));
+    const WString m_settings = m_folder.Path(TEXT("settings.ini"));
     CCallLog m_log;
     const CHostCallRecorder m_recorder{m_log};
     std::vector<WString> m_reports;
@@ -213,7 +210,7 @@ TEST_F(TrialWindow, StoragePaneFollowsTheFile)
         storage.GetConfigurationById(TEXT("TRIAL_HOST_TITLE"))->SetCfg(TEXT("changed elsewhere"));
         return true;
     };
-    VLT::CStorageFile file(s_file);
+    VLT::CStorageFile file(m_file.c_str());
     ASSERT_TRUE(file.Update(change)) << std::filesystem::path(file.GetErrorText().GetString()).string();
     EXPECT_TRUE(WaitFor(10, [&pane] { return ::GetWindowTextLengthW(pane.GetTextField()) == 17; }));
 }
@@ -337,5 +334,5 @@ TEST_F(TrialWindow, PlacesAndFilesAreKeptBetweenRuns)
     EXPECT_EQ(frame.top, 50);
     EXPECT_EQ(frame.right, 940);
     EXPECT_EQ(frame.bottom, 750);
-    EXPECT_EQ(CSettings(s_settings).GetRecentFiles(), std::vector<WString>{s_file});
+    EXPECT_EQ(CSettings(m_settings).GetRecentFiles(), std::vector<WString>{m_file});
 }
