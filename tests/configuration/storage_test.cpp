@@ -1,11 +1,9 @@
 #include "configuration/Storage.h"
-#include "platform/win32/win32.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <boost/make_shared.hpp>
-#include <cstdio>
-#include <optional>
 
 using VLT::CConfiguration;
 using VLT::CStorage;
@@ -120,37 +118,32 @@ TEST(Storage, CopiesShareRecordsAndDeepCopiesDoNot)
 
 TEST(Storage, LoadsOnlyFaultlessFiles)
 {
-    const WCHAR* const pFile = TEXT("storage_test_\u017E.xml");
+    const CTestFolder folder;
+    const WString file = folder.Path(TEXT("\u017E.xml"));
     const CString before = TEXT("b=1,a=1,b=2,|a=1,b=1,");
     const CString loaded = TEXT("A=B,|A=B,");
     const std::string text = "<storage>\n<configuration id=\"QQ==\" cfg=\"Qg==\"/></storage>\n";
-    const std::tuple<std::optional<std::string>, int, CString> rows[] = {
-        {std::nullopt, 0, before},          {"", 0, before},
-        {"<storage>", 0, before},           {text + "<storage/>", 0, before},
-        {"<other/>", 0, TEXT("|")},         {text, 1, loaded},
-        {"\xEF\xBB\xBF" + text, 1, loaded}, {text + "\xFF", 1, loaded}};
+    const std::tuple<std::string, int, CString> rows[] = {{"", 0, before},
+                                                          {"<storage>", 0, before},
+                                                          {text + "<storage/>", 0, before},
+                                                          {"<other/>", 0, TEXT("|")},
+                                                          {text + "\xFF", 1, loaded},
+                                                          {text, 1, loaded},
+                                                          {"\xEF\xBB\xBF" + text, 1, loaded}};
     for (const auto& [bytes, result, content] : rows)
     {
-        ::DeleteFileW(pFile);
-        if (bytes)
-        {
-            FILE* const pStream = _wfopen(pFile, TEXT("wb"));
-            ASSERT_TRUE(pStream != nullptr);
-            std::fwrite(bytes->data(), 1, bytes->size(), pStream);
-            std::fclose(pStream);
-        }
+        folder.Write(u"\u017E.xml", bytes.c_str());
         CStorage storage = MakeStorage();
-        EXPECT_EQ(storage.Load(pFile), result) << bytes.value_or("no file");
-        EXPECT_EQ(ContentOf(storage), content) << bytes.value_or("no file");
+        EXPECT_EQ(storage.Load(file.c_str()), result) << bytes;
+        EXPECT_EQ(ContentOf(storage), content) << bytes;
     }
     CStorage storage = MakeStorage();
     for (const WCHAR* pPath :
          {static_cast<const WCHAR*>(nullptr), TEXT("."), TEXT("no_such_folder/a.xml"), TEXT("/dev/full")})
         EXPECT_TRUE(storage.Load(pPath) == 0 && storage.Save(pPath) == 0) << testing::PrintToString(pPath);
     EXPECT_EQ(ContentOf(storage), before);
-    EXPECT_EQ(storage.Save(pFile), 1); // over the longer file
+    EXPECT_EQ(storage.Save(file.c_str()), 1); // over the longer file
     storage.Clear();
-    EXPECT_EQ(storage.Load(pFile), 1);
+    EXPECT_EQ(storage.Load(file.c_str()), 1);
     EXPECT_EQ(ContentOf(storage), before);
-    ::DeleteFileW(pFile);
 }

@@ -13,12 +13,8 @@ const HINSTANCE s_module = reinterpret_cast<HINSTANCE>(&__ImageBase);
 // A slip in the walk over a block of 16 texts shows at its ends, and where an empty place lies before the text.
 TEST(Resources, LoadStringFindsItsTextInTheBlock)
 {
-    const struct
-    {
-        UINT id;
-        int size;
-        WString text;
-    } rows[] = {
+    const std::tuple<UINT, int, WString> rows[] = {
+        // the text of an id in a buffer of that size
         {31, 64, TEXT("last of its block")},
         {32, 64, TEXT("first of its block")},
         {32, 19, TEXT("first of its block")},
@@ -29,13 +25,13 @@ TEST(Resources, LoadStringFindsItsTextInTheBlock)
         {47, 64, TEXT("")},
         {20001, 64, TEXT("")}, // without its block: the buffer stays as it was
     };
-    for (const auto& row : rows)
+    for (const auto& [id, size, text] : rows)
     {
         WString buffer(64, TEXT('#'));
-        const int units = LoadStringW(s_module, row.id, buffer.data(), row.size);
-        EXPECT_EQ(units, static_cast<int>(row.text.size())) << row.id << " in " << row.size;
-        EXPECT_TRUE(row.text == buffer.c_str() || row.id == 20001) << row.id << " in " << row.size;
-        EXPECT_EQ(buffer[static_cast<size_t>(units) + 1], TEXT('#')) << "written after the NUL of " << row.id;
+        const int units = LoadStringW(s_module, id, buffer.data(), size);
+        EXPECT_EQ(units, static_cast<int>(text.size())) << id << " in " << size;
+        EXPECT_TRUE(text == buffer.c_str() || id == 20001) << id << " in " << size;
+        EXPECT_EQ(buffer[static_cast<size_t>(units) + 1], TEXT('#')) << "written after the NUL of " << id;
     }
     LPWSTR pText = nullptr;
     ASSERT_EQ(LoadStringW(s_module, 32, reinterpret_cast<LPWSTR>(&pText), 0), 18);
@@ -45,14 +41,8 @@ TEST(Resources, LoadStringFindsItsTextInTheBlock)
 // The language rules by which a program with one language runs on a system of another, and what is missing.
 TEST(Resources, FindsByTypeNameAndLanguage)
 {
-    const struct
-    {
-        LPCWSTR pType;
-        LPCWSTR pName;
-        WORD language;
-        std::string bytes;
-        DWORD code;
-    } rows[] = {
+    const std::tuple<LPCWSTR, LPCWSTR, WORD, std::string, DWORD> rows[] = {
+        // type, name and language; the bytes that are found, or the error
         {RT_RCDATA, MAKEINTRESOURCEW(1), MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_UK), "UK", ERROR_SUCCESS},
         {RT_RCDATA, MAKEINTRESOURCEW(1), LANG_NEUTRAL, "US", ERROR_SUCCESS},
         {RT_RCDATA, MAKEINTRESOURCEW(2), LANG_NEUTRAL, "DE", ERROR_SUCCESS},
@@ -66,11 +56,13 @@ TEST(Resources, FindsByTypeNameAndLanguage)
     };
     for (const auto& row : rows)
     {
+        SCOPED_TRACE(&row - rows);
+        const auto& [pType, pName, language, bytes, error] = row;
         SetLastError(ERROR_SUCCESS);
-        const HRSRC resource = FindResourceExW(s_module, row.pType, row.pName, row.language);
-        EXPECT_EQ(GetLastError(), row.code) << &row - rows;
+        const HRSRC resource = FindResourceExW(s_module, pType, pName, language);
+        EXPECT_EQ(GetLastError(), error);
         const auto* pBytes = static_cast<const char*>(LockResource(LoadResource(s_module, resource)));
-        EXPECT_EQ(pBytes == nullptr, row.bytes.empty()) << &row - rows;
-        EXPECT_EQ(std::string(pBytes == nullptr ? "" : pBytes, SizeofResource(s_module, resource)), row.bytes);
+        EXPECT_EQ(pBytes == nullptr, bytes.empty());
+        EXPECT_EQ(std::string(pBytes == nullptr ? "" : pBytes, SizeofResource(s_module, resource)), bytes);
     }
 }

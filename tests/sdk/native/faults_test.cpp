@@ -161,32 +161,27 @@ TEST_F(SaveFaults, BringALostNameBackOrSayWhereTheTextIs)
 
 TEST_F(SaveFaults, AreReportedWithTheirReason)
 {
-    const struct
-    {
-        const char* pCall;
-        int number;
-        int error;
-        int saved;
-        const WCHAR* pReport;
-    } rows[] = {{"flock", 1, ENOLCK, 0, TEXT("move the storage to a file system with locks (error 36: No locks")},
-                {"open", 1, EROFS, 0, TEXT("(error 19: Read-only file system.)")},
-                {"open", 1, EMFILE, 0, TEXT("(error 4: Too many open files.)")},
-                {"open", 1, ELOOP, 0, TEXT("(error 1921: Too many levels of symbolic links.)")},
-                {"open", 1, ENAMETOOLONG, 0, TEXT("(error 206: File name too long.)")},
-                {"write", 1, ENOSPC, 0, TEXT("(error 112: No space left on device.)")},
-                {"read", 1, EIO, 0, TEXT("storage.xml: cannot be read (error 30: Input/output error.)")},
-                {"fsync", 3, EIO, 1, TEXT("is saved, but the change may be lost if the system fails now")},
-                {"fsync", 3, EINVAL, 1, TEXT("")}}; // a file system that cannot flush a folder
-    for (const auto& row : rows)
+    const std::tuple<const char*, int, int, int, const WCHAR*> rows[] = {
+        // the call, from which one on it fails, how, what the save returns, the report
+        {"flock", 1, ENOLCK, 0, TEXT("move the storage to a file system with locks (error 36: No locks")},
+        {"open", 1, EROFS, 0, TEXT("(error 19: Read-only file system.)")},
+        {"open", 1, EMFILE, 0, TEXT("(error 4: Too many open files.)")},
+        {"open", 1, ELOOP, 0, TEXT("(error 1921: Too many levels of symbolic links.)")},
+        {"open", 1, ENAMETOOLONG, 0, TEXT("(error 206: File name too long.)")},
+        {"write", 1, ENOSPC, 0, TEXT("(error 112: No space left on device.)")},
+        {"read", 1, EIO, 0, TEXT("storage.xml: cannot be read (error 30: Input/output error.)")},
+        {"fsync", 3, EIO, 1, TEXT("is saved, but the change may be lost if the system fails now")},
+        {"fsync", 3, EINVAL, 1, TEXT("")}}; // a file system that cannot flush a folder
+    for (const auto& [pCall, number, error, result, pReport] : rows)
     {
         m_handler.OpenStorage();
         m_handler.SaveConfiguration(TEXT("A"), TEXT("old"));
         m_report.clear();
-        s_faults = {row.number, row.error, Extent::FromThenOn, row.pCall};
-        EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("new")), row.saved) << row.pCall;
+        s_faults = {number, error, Extent::FromThenOn, pCall};
+        EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("new")), result) << pCall;
         s_faults = {};
-        EXPECT_TRUE(HasReported(row.pReport));
-        EXPECT_EQ(m_report.empty(), *row.pReport == 0);
+        EXPECT_TRUE(HasReported(pReport));
+        EXPECT_EQ(m_report.empty(), *pReport == 0);
         EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("next")), 1);
     }
 }
