@@ -34,7 +34,7 @@ void WriteStandardOutput(std::string_view bytes);
 /// The offset of the first byte that does not continue well-formed UTF-8; npos if all do.
 size_t FindInvalidUtf8(std::string_view bytes);
 
-/// Whether the stream, stdin or stdout, is a terminal.
+/// Whether the stream, one of the three standard ones, is a terminal.
 bool IsTerminal(FILE* pStream);
 /// The number of columns of the terminal that stdout writes to; 0 if stdout is not a terminal.
 int GetTerminalWidth();

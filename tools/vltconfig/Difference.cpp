@@ -44,8 +44,8 @@ bool AreSame(const CProjectionDefinition& left, const CProjectionDefinition& rig
 
 void PrintDefinitionChanges(const Definitions& left, const Definitions& right)
 {
-    const auto pairs = PairByKey(left, right, NameOf);
     CProgress progress("comparing definitions");
+    const auto pairs = PairByKey(left, right, NameOf);
     for (const ItemPair& pair : pairs)
     {
         progress.Show(&pair - pairs.data(), static_cast<long long>(pairs.size()));
@@ -122,8 +122,9 @@ void PrintRecord(const Record& record, const std::string& mark)
 bool PrintDifference(const std::vector<Record>& left, const std::vector<Record>& right)
 {
     bool isDifferent = false;
-    const auto pairs = PairByKey(left, right, [](const Record& record) { return record.id; });
+    CProgress::GiveWayToOutput();
     CProgress progress("comparing records");
+    const auto pairs = PairByKey(left, right, [](const Record& record) { return record.id; });
     for (const ItemPair& pair : pairs)
     {
         progress.Show(&pair - pairs.data(), static_cast<long long>(pairs.size()));

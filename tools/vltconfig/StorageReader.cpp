@@ -11,9 +11,9 @@
 
 bool CStorageReader::Open(const WString& path)
 {
+    const CProgress progress("reading the file");
     if (!ReadText(path))
         return false;
-    CProgress::Announce("parsing", static_cast<size_t>(m_document.m_text.GetLength()), "characters");
     m_isFaultless = m_document.Parse();
     if (!m_isFaultless)
         FindFault();

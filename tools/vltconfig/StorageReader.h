@@ -28,7 +28,7 @@ public:
     /// The parsed document, with its cursor before the first element until ReadRecords was called.
     CXmlDocument& GetDocument() { return m_document; }
 
-    /// Hands out the records in document order, once. Shows progress on standard error when it takes long.
+    /// Hands out the records in document order, once.
     /// Returns how many there were.
     int ReadRecords(const RecordHandler& handler);
 

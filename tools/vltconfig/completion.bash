@@ -1,10 +1,10 @@
 # Completion for vltconfig: commands, options and files.
 _vltconfig() {
     local commands="show get definitions check text export set edit remove import restore repair diff merge"
-    local word=${COMP_WORDS[COMP_CWORD]} options="--help"
+    local word=${COMP_WORDS[COMP_CWORD]} options="--help --progress"
     COMPREPLY=()
     if [ "$COMP_CWORD" -eq 1 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "$commands --help --version" -- "$word")
+        mapfile -t COMPREPLY < <(compgen -W "$commands --help --version --progress" -- "$word")
         return
     fi
     case ${COMP_WORDS[1]} in

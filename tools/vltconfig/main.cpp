@@ -4,6 +4,7 @@
 #include "platform/console/console.h"
 #include "platform/win32/utf8.h"
 #include "tools/vltconfig/Output.h"
+#include "tools/vltconfig/Progress.h"
 
 #include <CLI/CLI.hpp>
 #include <functional>
@@ -23,6 +24,7 @@ struct Options
     bool isLong = false;
     bool replacesInvalid = false;
     bool isConfirmed = false;
+    bool showsProgress = false;
 };
 
 class CCommandLine
@@ -36,6 +38,8 @@ public:
                      "it stays in FILE.bak.\n"
                      "Exit code: 0 fine, 1 the file is faulty or cannot be used or the identifier is unknown, 2 wrong "
                      "use. diff and merge: 1 differences or conflicts, 2 a file cannot be used.");
+        m_app.add_flag("--progress", m_options.showsProgress, "show progress also where standard error is no terminal");
+        m_app.fallthrough(); // the commands take the flag, too
         AddReading();
         AddChanging();
         AddComparing();
@@ -60,6 +64,7 @@ public:
         {
             return Report(result);
         }
+        CProgress::Enable(m_options.showsProgress || IsTerminal(stderr));
         return m_run();
     }
 

@@ -1,4 +1,5 @@
 #include "tools/vltconfig/Difference.h"
+#include "tools/vltconfig/Progress.h"
 #include "tools/vltconfig/StorageReader.h"
 
 int PrintAsText(const WString& path)
@@ -6,6 +7,7 @@ int PrintAsText(const WString& path)
     CStorageReader reader;
     if (!reader.Open(path))
         return Complain(path, ViewOf(reader.GetFault().message));
+    CProgress::GiveWayToOutput();
     reader.ReadRecords([](const CString& id, const CString& cfg) { PrintRecord({ViewOf(id), ViewOf(cfg)}, ""); });
     // Part of the text, with exit code 0: git refuses to compare what a conversion fails for.
     const StorageFault& fault = reader.GetFault();

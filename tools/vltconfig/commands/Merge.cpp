@@ -201,7 +201,7 @@ int MergeFiles(const WString& base, const WString& ours, const WString& theirs, 
     else
     {
         VLT::CStorageFile file(output.c_str());
-        if (ReportSave(file, file.Overwrite(storage)) != ExitFine)
+        if (SaveAll(file, storage) != ExitFine)
             return ExitWrongUse;
     }
     return merge.GetConflictCount() == 0 ? ExitFine : ExitFault;

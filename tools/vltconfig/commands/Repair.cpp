@@ -120,6 +120,7 @@ private:
         constexpr size_t shownUnits = 60;
         if (++m_losses > mostNamed)
             return;
+        CProgress::GiveWayToOutput();
         int line = 0;
         int column = 0;
         FindPlace(m_document.m_text, static_cast<int>(offset), line, column);
@@ -134,6 +135,15 @@ private:
     size_t m_records = 0;
     size_t m_losses = 0;
 };
+
+/// Makes the new file, with the rights of the old one.
+DWORD WriteRepaired(const WString& path, const WString& outputPath, const std::string& bytes)
+{
+    const CProgress progress("writing");
+    VLT::CFileSecurity security;
+    const DWORD error = security.Read(path.c_str());
+    return error == ERROR_SUCCESS ? VLT::WriteNewFile(outputPath.c_str(), bytes, security) : error;
+}
 } // namespace
 
 int RepairFile(const WString& path, const WString& output)
@@ -144,11 +154,7 @@ int RepairFile(const WString& path, const WString& output)
         return Complain(path, ViewOf(reader.GetFault().message));
     CRepair repair(reader.GetDocument());
     repair.Run();
-    CProgress::Announce("writing", repair.GetBytes().size(), "bytes");
-    VLT::CFileSecurity security;
-    DWORD error = security.Read(path.c_str());
-    if (error == ERROR_SUCCESS)
-        error = VLT::WriteNewFile(outputPath.c_str(), repair.GetBytes(), security);
+    const DWORD error = WriteRepaired(path, outputPath, repair.GetBytes());
     if (error == ERROR_FILE_EXISTS)
         return Complain(outputPath, TEXT("exists already and is not overwritten; --output names another file"));
     if (error != ERROR_SUCCESS)

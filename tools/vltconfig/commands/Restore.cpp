@@ -66,13 +66,13 @@ int RestoreFile(const WString& path, const WString& source, bool isConfirmed)
         return ExitFault;
     VLT::CStorageFile file(path.c_str());
     if (!isOneRecord)
-        return ReportSave(file, file.Overwrite(storage));
-    const bool isSaved = file.Update(
-        [&](VLT::CStorage& current)
-        {
-            for (const Record& record : restored.Get())
-                VLT::SetConfigurationText(current, WString(record.id).c_str(), WString(record.cfg).c_str());
-            return true;
-        });
-    return ReportSave(file, isSaved);
+        return SaveAll(file, storage);
+    return SaveChange(file,
+                      [&](VLT::CStorage& current)
+                      {
+                          for (const Record& record : restored.Get())
+                              VLT::SetConfigurationText(current, WString(record.id).c_str(),
+                                                        WString(record.cfg).c_str());
+                          return true;
+                      });
 }

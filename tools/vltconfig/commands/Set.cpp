@@ -5,6 +5,7 @@
 #include "sdk/FileAccess.h"
 #include "sdk/StorageFile.h"
 #include "tools/vltconfig/Json.h"
+#include "tools/vltconfig/Progress.h"
 #include "tools/vltconfig/Store.h"
 
 #include <chrono>
@@ -18,13 +19,12 @@ namespace
 int SetText(const WString& path, const WString& id, const WString& text)
 {
     VLT::CStorageFile file(path.c_str());
-    const bool isSaved = file.Update(
-        [&](VLT::CStorage& storage)
-        {
-            VLT::SetConfigurationText(storage, id.c_str(), text.c_str());
-            return true;
-        });
-    return ReportSave(file, isSaved);
+    return SaveChange(file,
+                      [&](VLT::CStorage& storage)
+                      {
+                          VLT::SetConfigurationText(storage, id.c_str(), text.c_str());
+                          return true;
+                      });
 }
 
 CString NoSuchRecord(const VLT::CStorageFile& file, const WString& id)
@@ -75,15 +75,32 @@ public:
 private:
     std::filesystem::path m_folder;
 };
-} // namespace
 
-int ReportSave(const VLT::CStorageFile& file, bool isSaved)
+template <typename Save>
+int ReportSave(const VLT::CStorageFile& file, Save save)
 {
+    const auto saveShown = [&save]
+    {
+        const CProgress progress("saving");
+        return save();
+    };
+    const bool isSaved = saveShown();
     if (!isSaved)
         return Complain(ViewOf(file.GetErrorText()));
     if (!file.GetWarningText().IsEmpty())
         Complain(TEXT("warning: ") + WString(file.GetWarningText()));
     return ExitFine;
+}
+} // namespace
+
+int SaveChange(VLT::CStorageFile& file, const std::function<bool(VLT::CStorage&)>& change)
+{
+    return ReportSave(file, [&] { return file.Update(change); });
+}
+
+int SaveAll(VLT::CStorageFile& file, VLT::CStorage& storage)
+{
+    return ReportSave(file, [&] { return file.Overwrite(storage); });
 }
 
 int SetRecord(const WString& path, const WString& id, bool replacesInvalid)
@@ -98,17 +115,16 @@ int SetRecord(const WString& path, const WString& id, bool replacesInvalid)
 int RemoveRecord(const WString& path, const WString& id)
 {
     VLT::CStorageFile file(path.c_str());
-    const bool isSaved = file.Update(
-        [&](VLT::CStorage& storage)
-        {
-            const auto pRecord = storage.GetConfigurationById(id.c_str());
-            if (pRecord)
-                storage.RemoveConfiguration(pRecord);
-            else
-                file.SetErrorText(NoSuchRecord(file, id));
-            return pRecord != nullptr;
-        });
-    return ReportSave(file, isSaved);
+    return SaveChange(file,
+                      [&](VLT::CStorage& storage)
+                      {
+                          const auto pRecord = storage.GetConfigurationById(id.c_str());
+                          if (pRecord)
+                              storage.RemoveConfiguration(pRecord);
+                          else
+                              file.SetErrorText(NoSuchRecord(file, id));
+                          return pRecord != nullptr;
+                      });
 }
 
 int EditRecord(const WString& path, const WString& id)
@@ -154,6 +170,7 @@ int ImportRecords(const WString& path)
     VLT::CStorage storage;
     try
     {
+        const CProgress progress("reading records");
         ReadJsonRecords(bytes,
                         [&](const WString& id, const WString& cfg)
                         {
@@ -168,5 +185,5 @@ int ImportRecords(const WString& path)
         return Complain(path, TEXT("not changed: ") + FromUtf8(error.what()));
     }
     VLT::CStorageFile file(path.c_str());
-    return ReportSave(file, file.Overwrite(storage));
+    return SaveAll(file, storage);
 }

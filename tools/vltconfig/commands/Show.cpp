@@ -3,6 +3,7 @@
 #include "platform/win32/utf8.h"
 #include "tools/vltconfig/Definitions.h"
 #include "tools/vltconfig/Json.h"
+#include "tools/vltconfig/Progress.h"
 #include "tools/vltconfig/StorageReader.h"
 
 #include <limits>
@@ -52,6 +53,18 @@ bool HasLoneSurrogate(const CString& text)
 {
     return FromUtf8(ToUtf8(ViewOf(text))) != ViewOf(text);
 }
+
+void PrintRecordText(const WString& id, const CString& cfg, bool asJson)
+{
+    CProgress::GiveWayToOutput();
+    const CProgress progress("writing");
+    if (asJson)
+        WriteStandardOutput(CJsonObject().Add("id", id).Add("cfg", ViewOf(cfg)).GetText() + "\n");
+    else if (IsTerminal(stdout))
+        PrintLines("", ViewOf(cfg));
+    else
+        WriteStandardOutput(ToUtf8(ViewOf(cfg)));
+}
 } // namespace
 
 int ShowRecords(const WString& path, bool asJson, bool isLong)
@@ -62,6 +75,7 @@ int ShowRecords(const WString& path, bool asJson, bool isLong)
     if (asJson)
     {
         CJsonArray records;
+        CProgress::GiveWayToOutput();
         reader.ReadRecords([&](const CString& id, const CString& cfg)
                            { records.Print(CJsonObject().Add("id", ViewOf(id)).Add("cfg", ViewOf(cfg)).GetText()); });
         records.End();
@@ -87,12 +101,7 @@ int GetRecord(const WString& path, const WString& id, bool asJson)
     const int result = FindRecord(path, id, cfg);
     if (!cfg)
         return result;
-    if (asJson)
-        WriteStandardOutput(CJsonObject().Add("id", id).Add("cfg", ViewOf(*cfg)).GetText() + "\n");
-    else if (IsTerminal(stdout))
-        PrintLines("", ViewOf(*cfg));
-    else
-        WriteStandardOutput(ToUtf8(ViewOf(*cfg)));
+    PrintRecordText(id, *cfg, asJson);
     if (!asJson && HasLoneSurrogate(*cfg))
         Complain(path, TEXT("the text holds lone surrogates, which UTF-8 has not; --json keeps them"));
     return result;
