@@ -25,7 +25,7 @@ compile() { # SOURCE
     ${CMAKE_CXX_COMPILER_LAUNCHER:-} clang++-19 --target=x86_64-pc-windows-msvc19.40 -fms-extensions -std=c++20 \
         -Wall -Wextra -Werror -D__GNUC__=4 -D__GNUC_MINOR__=2 -D_LIBCPP_NO_VCRUNTIME \
         -D_CLANG_DISABLE_CRT_DEPRECATION_WARNINGS -DUNICODE -D_UNICODE -D_WIN32_WINNT=0x0601 "${definitions[@]}" \
-        -include cmake/microsoft-mode.h -nostdinc++ -isystem /usr/lib/llvm-19/include/c++/v1 \
+        -include scripts/microsoft-mode.h -nostdinc++ -isystem /usr/lib/llvm-19/include/c++/v1 \
         -isystem /usr/x86_64-w64-mingw32/include -isystem "$objects/headers" -I. -Iplatform/mfc -Iplatform/host \
         -c "$1" -o "$objects/${1//\//-}.obj" || { echo "in Microsoft's mode: $1 does not compile" >&2; return 255; }
 }

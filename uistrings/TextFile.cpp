@@ -1,5 +1,6 @@
 #include "uistrings/TextFile.h"
 
+#include "platform/win32/errortext.h"
 #include "resources/resource.h"
 #include <afxwin.h>
 
@@ -134,15 +135,7 @@ int ReadMarkByte(const WCHAR* pFileName, HANDLE fileHandle)
 
 WCHAR* GetSystemErrorText(DWORD code)
 {
-    LPWSTR pSystemText = nullptr;
-    DWORD length = ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM, nullptr, code, 0,
-                                    reinterpret_cast<LPWSTR>(&pSystemText), 1, nullptr);
-    if (length == 0)
-        return DuplicateText(nullptr);
-    const std::unique_ptr<WCHAR, decltype(&::LocalFree)> pRelease(pSystemText, ::LocalFree);
-    if (length >= 2)
-        pSystemText[length - 2] = 0; // cuts the line end that the system appends
-    return DuplicateText(pSystemText);
+    return DuplicateText(SystemErrorText(code).c_str());
 }
 
 WCHAR* FormatErrorText(UINT id, va_list arguments)

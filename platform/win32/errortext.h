@@ -1,6 +1,8 @@
 #pragma once
 #include "platform/win32/win32.h"
 
+#include <memory>
+
 /// The system's text for an error code, without the line end that the system appends; empty for an unknown code.
 inline WString SystemErrorText(DWORD code)
 {
@@ -9,9 +11,7 @@ inline WString SystemErrorText(DWORD code)
                                           reinterpret_cast<LPWSTR>(&pText), 1, nullptr);
     if (length == 0)
         return {};
-    WString text(pText, length);
-    ::LocalFree(pText);
-    while (!text.empty() && text.back() <= TEXT(' '))
-        text.pop_back();
-    return text;
+    const std::unique_ptr<WCHAR, decltype(&::LocalFree)> pRelease(pText, ::LocalFree);
+    constexpr DWORD lineEnd = 2; // CR LF
+    return WString(pText, length >= lineEnd ? length - lineEnd : length);
 }
