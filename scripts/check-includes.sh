@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Compares the includes between the folders with the arrows in docs/architecture.md, between the lines ```layers and ```.
 # A line there reads "FOLDER -> FOLDER, FOLDER": what the sources of the first folder may include. Fails if an include
-# has no arrow, if an arrow has no include, or if the arrows form a circle. usage: check-includes.sh, from anywhere
+# has no arrow, if an arrow has no include, or if the arrows form a cycle. usage: check-includes.sh, from anywhere
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -15,7 +15,7 @@ function FolderOf(path,    folder) { # the listed folder that holds the file mos
 function Fail(text) { print text; failed = 1 }
 function Visit(folder, trail,    i, next_, count, list) {
     if (index(trail, " " folder " "))
-        return Fail(page ": the arrows form a circle:" trail folder)
+        return Fail(page ": the arrows form a cycle:" trail folder)
     if (folder in visited)
         return
     count = split(arrowsOf[folder], list, ",")

@@ -10,7 +10,7 @@
 
 namespace
 {
-// Behind the narrow form of a text that has units without a one-byte form; the UTF-8 form follows.
+// Stands between the narrow form and the UTF-8 form of a text that has units without a one-byte form.
 constexpr std::string_view TailMark("\0\xEF\xBB\xBF", 4);
 
 // More bytes have no base64 text that a CString can hold.

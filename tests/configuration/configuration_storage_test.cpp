@@ -44,7 +44,7 @@ TEST(ConfigurationStorage, ForwardsToTheLastRegisteredHandler)
     EXPECT_EQ(pFirst.use_count(), 1);
     pCopy.reset();
 
-    // A handler that takes itself away inside a call lives until the call is over.
+    // A handler that unregisters itself inside a call lives until the call returns.
     const boost::weak_ptr<CRecordingHandler> pWatched = pSecond;
     bool isAlive = false;
     std::exchange(pSecond, nullptr)->m_inside = [&](const std::string&)

@@ -1,4 +1,4 @@
-/// Storage and registry follow the same reading rules: one table for both.
+// Storage and registry are read by the same rules, so one table serves both.
 #include "configuration/Storage.h"
 #include "projection/ProjectionRegistry.h"
 #include "projection/base64/Base64.h"
@@ -27,7 +27,7 @@ CString RegistryTextFor(const WCHAR* pStorageText)
 TEST(Parsing, ReadsWhatADamagedTextStillSays)
 {
     const std::tuple<int, CString, std::vector<const WCHAR*>> rows[] = {
-        // result and identifiers of texts
+        // the result, the identifiers that are read, and the texts
         {0,
          TEXT(""),
          {TEXT(""), TEXT("<Storage></Storage>"), TEXT("<x><storage><configuration id='QQ=='/></storage></x>"),

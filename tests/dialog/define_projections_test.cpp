@@ -88,7 +88,7 @@ TEST_F(DefineProjections, TheFirstDialogOverridesTheHostsLanguage)
     HostControl::Reset();
 }
 
-// The dialog is still shown when the storage closes. OK stores what could be read.
+// OK saves what could be read. The dialog is hidden only after the storage is closed.
 TEST_F(DefineProjections, OnlyOkWithAStorageSaves)
 {
     const Calls loaded{"open", "load"};

@@ -1,4 +1,5 @@
-// Host, plug-in and user close the dialog in every way: nothing crashes, no window is left, and the command runs again.
+// The host, the plug-in and the user end the dialog in every way. Nothing crashes, no window is left, and the command
+// runs again.
 #include "platform/host/HostControl.h"
 #include "projection/Cmd_DefineProjectionEntities.h"
 #include "projection/DlgDefineProjections.h"

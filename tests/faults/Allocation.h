@@ -16,12 +16,12 @@ long CountLive();
 enum class Blocks
 {
     AreFreed,
-    MayStay, ///< an operation that failed may keep a part of what it made
+    MayStay, ///< a failed operation may keep part of what it made
 };
 
-/// Calls row again and again: first the first allocation of its operation fails, then the second, and so on until none
-/// does. A row sets up its objects, passes its operation to its argument, and then checks the objects. The operation
-/// may throw only std::bad_alloc, and may not leak.
+/// Calls row repeatedly. In the first call the first allocation of its operation fails, in the second call the second
+/// one, and so on until none fails. A row sets up its objects, passes the operation to its argument, and then checks
+/// the objects. The operation may throw only std::bad_alloc, and may not leak.
 template <typename Row>
 void FailEach(Row row, Blocks blocks = Blocks::AreFreed)
 {

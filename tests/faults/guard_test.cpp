@@ -101,19 +101,19 @@ TEST_F(Guarded, TheParserAndItsSearches)
             XmlScanner attribute{.next = tagName, .text = pText};
             if (ScanAttribute(attribute, name.c_str()))
                 DecodeEntities(pText + attribute.first, attribute.last - attribute.first + 1);
-            for (const XmlVectorLoops* pSteps : forms)
-                pSteps->pFindAttribute(pText, count, {tagName, count}, FirstToken(name.c_str()));
+            for (const XmlVectorLoops* pLoops : forms)
+                pLoops->pFindAttribute(pText, count, {tagName, count}, FirstToken(name.c_str()));
         }
 
         const WCHAR* pUnits = m_room.Put(text.c_str(), length); // these take a length and need no NUL
         for (int from = 0; from <= count; ++from)
         {
-            for (const XmlVectorLoops* pSteps : forms)
+            for (const XmlVectorLoops* pLoops : forms)
             {
-                pSteps->pFindUnit(pUnits, from, count, TEXT('^'));
+                pLoops->pFindUnit(pUnits, from, count, TEXT('^'));
                 XmlTagBlocks known;
-                pSteps->pIndexBlocks(pUnits + from, (count - from) / UnitsPerBlock, known);
-                pSteps->pCopyValue(pUnits + from, count - from, WString(length, 0).data());
+                pLoops->pIndexBlocks(pUnits + from, (count - from) / UnitsPerBlock, known);
+                pLoops->pCopyValue(pUnits + from, count - from, WString(length, 0).data());
             }
             FindUnit(pUnits, from, count, TEXT('^'));
             FindTagNameEnd(pUnits, from, count);

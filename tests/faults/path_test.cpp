@@ -1,5 +1,5 @@
-// Long and non-ASCII paths, paths that are no files, and files that open and cannot be read, in all functions that open
-// files.
+// Long and non-ASCII paths, paths that are not files, and files that open but cannot be read, in all functions that
+// open files.
 #include "configuration/Storage.h"
 #include "tests/support/Readable.h"
 #include "tests/support/TestFolder.h"

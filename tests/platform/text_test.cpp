@@ -1,4 +1,4 @@
-// What the module needs of strings and of the text calls, and what no test of the module shows.
+// Operations of strings and text calls that the module needs, but that none of its tests covers.
 #include <afxstr.h>
 
 #include <gtest/gtest.h>
@@ -24,7 +24,7 @@ TEST(CString, ChangesOnlyItself)
     EXPECT_TRUE(text == TEXT("-2147483648 %: (null), x|beefA"));
 }
 
-// Texts are read in blocks: one may begin and end anywhere in them, and a unit may hold a byte of zero.
+// wcslen reads in blocks. A text may begin and end anywhere in a block, and a unit may contain a zero byte.
 TEST(Calls, LengthWhereverATextStands)
 {
     for (size_t first = 0; first < 40; ++first)
@@ -35,11 +35,11 @@ TEST(Calls, LengthWhereverATextStands)
         }
 }
 
-// ASCII is taken in blocks, up to the first other unit and as far as there is room.
+// ASCII is converted in blocks, up to the first other unit and as far as the buffer has room.
 TEST(Calls, Utf8AfterAnyAmountOfAscii)
 {
     for (int length = 2; length < 70; ++length)
-        for (int at = 0; at <= length; ++at) // of a unit of two bytes; none in the last turn
+        for (int at = 0; at <= length; ++at) // position of a unit with two bytes in UTF-8; none in the last round
         {
             WString text(static_cast<size_t>(length), TEXT('a'));
             if (at < length)

@@ -11,7 +11,7 @@ using namespace std::string_literals;
 
 namespace
 {
-const std::string s_mark = "\0\xEF\xBB\xBF"s; // between narrow form and UTF-8
+const std::string s_mark = "\0\xEF\xBB\xBF"s; // between the narrow form and the UTF-8 form
 
 CString ValueOf(const std::string& bytes)
 {
@@ -36,7 +36,8 @@ TEST(Base64, DecodingEndsAtTheFirstForeignCharacter)
     EXPECT_EQ(DecodeTextValue(ValueOf("ab\0cd"s)), TEXT("ab"));
 }
 
-// Byte for byte, since other programs read these values: only a unit without a one-byte form brings the UTF-8 tail.
+// Compared byte by byte, since other programs read these values. Only a unit without a one-byte form adds the UTF-8
+// tail.
 TEST(Base64, TextsAreStoredInNarrowForm)
 {
     EXPECT_EQ(EncodeTextValue(TEXT("abcd")), TEXT("YWJjZA=="));
@@ -67,7 +68,7 @@ TEST(Base64, EveryTextComesBack)
     for (int i = 0; i < 20'000; ++i)
     {
         WString text(random() % 40, 0);
-        const unsigned kinds = 1 + random() % 4; // texts of one-byte units alone, too
+        const unsigned kinds = 1 + random() % 4; // 1 or 2: one-byte units only
         for (WCHAR& unit : text)
         {
             const auto& [first, last] = ranges[random() % kinds];
@@ -77,9 +78,9 @@ TEST(Base64, EveryTextComesBack)
     }
 }
 
-// Tails that the encoder would not write; the text is then the narrow form. In turn: empty, another text of the same
-// length, one of another length, cut off, broken sequences, a NUL, overlong, an unused lead byte, an encoded pair, a
-// number too high.
+// Tails that the encoder never writes. The text is then the narrow form. In turn: empty, another text of the same
+// length, one of another length, a sequence cut off, two broken ones, a NUL, an overlong one, an unused lead byte, an
+// encoded surrogate pair, a code point that is too high.
 TEST(Base64, ADamagedTailIsLeftOut)
 {
     for (const std::string& tail :
@@ -103,8 +104,8 @@ TEST(Base64, TextsComeBackInOtherLocales)
     }
 }
 
-// ASCII has a path of its own that works in blocks. Every length around the block sizes, without a foreign unit and
-// with each foreign unit in every place, must give what the bytes give.
+// ASCII has a path of its own that works in blocks. It must give what the bytes give: for every length around the block
+// sizes, with and without a foreign unit, and with that unit in every position.
 TEST(Base64, AsciiTextsAreCodedAsTheirBytesAre)
 {
     WString foreigners = TEXT("\u0080\u0141\u8041\uFF41");

@@ -36,7 +36,8 @@ TEST(ProjectionRegistry, WritesOneLineOfAsciiWhateverItHolds)
     EXPECT_EQ(registry.GetXML(), s_pipe);
 }
 
-// The same in every runtime: what only some of them take for white space or a digit ends the number.
+// Runtimes differ in what they take for white space or a digit. Here only ASCII counts, and any other unit ends the
+// number.
 TEST(ProjectionRegistry, ReadsNumbersOfAsciiDigits)
 {
     const std::pair<int, std::vector<CString>> rows[] = {

@@ -26,7 +26,7 @@ protected:
         EXPECT_EQ(HostControl::CountLiveExceptions(), 0);
     }
 
-    /// An empty drawing and an empty list.
+    /// Empties the drawing and the list.
     void StartAgain()
     {
         m_lines.clear();
@@ -45,7 +45,7 @@ std::vector<Call> CallsAfter(Call call)
     return {std::find(calls.rbegin(), calls.rend(), call).base(), calls.end()};
 }
 
-/// The text of the only dialog that was shown, which is ASCII, up to a line of the host's own source.
+/// The text of the one dialog that was shown, which is ASCII, up to the line number in the host's own source.
 std::string Report()
 {
     const auto& information = HostControl::GetRecord().information;
@@ -57,7 +57,7 @@ std::string Report()
     return report.substr(0, report.find("NOI_SmartPtr.h("));
 }
 
-/// Draws. The host fails: that is reported once, and the lines before it stay, here and in the drawing.
+/// Draws while the host fails. Expects one report, and the lines before the failure in the list and in the drawing.
 void TrialGeometry::ExpectOneReport(const std::string& report, size_t lines)
 {
     MakeTrialLines(m_lines);

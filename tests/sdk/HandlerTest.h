@@ -25,7 +25,7 @@ protected:
 
     const CTestFolder m_folder;
     const WString m_path = m_folder.Path(TEXT("storage.xml"));
-    WString m_report; ///< all of them
+    WString m_report; ///< all reports, one after the other
     const VLT::CFileConfigurationHandler::Report m_reporter = [this](const CString& text) { m_report += text; };
     VLT::CFileConfigurationHandler m_handler{m_path.c_str(), m_reporter};
     VLT::CFileConfigurationHandler m_other{m_path.c_str(), m_reporter};

@@ -23,7 +23,7 @@ TEST_F(Handler, KeepsTextsAndTheGenerationBefore)
     EXPECT_EQ(TextIn(TEXT("storage.xml.unsaved-1"), TEXT("A")), TEXT("late"));
 }
 
-// Another program made the expected file from the same records, so neither build is measured by the other.
+// The expected file was made by another program from the same records, so no build is its own reference.
 TEST_F(Handler, WritesAndReadsTheSameFileInEveryBuild)
 {
     WString digits;
@@ -54,7 +54,7 @@ TEST_F(Handler, WritesAndReadsTheSameFileInEveryBuild)
     ASSERT_EQ(storage.Load(m_folder.Path(TEXT("expected.xml")).c_str()), 1);
     std::vector<std::pair<WString, WString>> read;
     for (const auto& pRecord : *storage.GetConfigurationVector())
-        read.emplace_back(pRecord->GetId(), pRecord->GetCfg()); // also the empty text of the module, released here
+        read.emplace_back(pRecord->GetId(), pRecord->GetCfg()); // releases the module's empty text, too
     EXPECT_EQ(read, records);
 }
 
@@ -67,7 +67,7 @@ TEST_F(Handler, NeverWritesOverAFileThatItCannotRead)
     {
         m_folder.Write(u"storage.xml", "<storage></storage>");
         ASSERT_EQ(m_handler.OpenStorage(), 1);
-        m_folder.Write(u"storage.xml", pRow); // spoilt while it is open, or before
+        m_folder.Write(u"storage.xml", pRow); // damaged while it is open, and below before it is opened
         m_report.clear();
         EXPECT_EQ(m_handler.SaveConfiguration(TEXT("A"), TEXT("new")), 0) << pRow;
         EXPECT_TRUE(HasReported(TEXT("no readable <storage> text")));
@@ -81,7 +81,7 @@ TEST_F(Handler, NeverWritesOverAFileThatItCannotRead)
     }
 }
 
-// Whatever stands in the way, the report names it, the file stays as it was, and nothing half-written is left.
+// The report names the obstacle, the file stays as it was, and no half-written file is left.
 TEST_F(Handler, ReportsWhatStandsInTheWay)
 {
     const WString name = TEXT("storage.xml");
@@ -131,7 +131,7 @@ TEST_F(Handler, KeepsWhatAnotherProgramHasStored)
     EXPECT_EQ(m_other.SaveConfiguration(TEXT("A"), TEXT("other's")), 0);
     EXPECT_TRUE(HasReported(TEXT("another program has changed the record 'A'")));
     EXPECT_EQ(TextIn(TEXT("storage.xml.unsaved-1"), TEXT("A")), TEXT("other's"));
-    EXPECT_EQ(m_other.SaveConfiguration(TEXT("A"), TEXT("mine")), 1); // what stands there anyway
+    EXPECT_EQ(m_other.SaveConfiguration(TEXT("A"), TEXT("mine")), 1); // the text that is stored
     for (const auto& [pId, pText] :
          {std::pair(TEXT("A"), TEXT("mine")), {TEXT("B"), TEXT("other's")}, {TEXT("C"), TEXT("mine")}})
         EXPECT_EQ(TextIn(TEXT("storage.xml"), pId), pText);

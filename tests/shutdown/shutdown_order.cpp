@@ -21,7 +21,7 @@ void Check(bool holds, const char* pWhat)
         throw std::runtime_error(pWhat);
 }
 
-[[noreturn]] void ExitSound()
+[[noreturn]] void ExitWithSuccess()
 {
     std::puts("nothing broke");
     std::exit(0);
@@ -112,7 +112,7 @@ private:
     IPlugin& Plugin() { return *m_library->m_pPlugin; }
     void ExitInside(const char* pCall)
     {
-        m_pHandler->m_inside = [pCall](const std::string& call) { return call == pCall ? ExitSound() : void(); };
+        m_pHandler->m_inside = [pCall](const std::string& call) { return call == pCall ? ExitWithSuccess() : void(); };
     }
 
     std::optional<CPluginLibrary> m_library;
@@ -160,7 +160,7 @@ int main(int count, char** ppArguments)
             std::printf("%s: %s\n", row.pName, exception.what());
             return 1;
         }
-        ExitSound();
+        ExitWithSuccess();
     }
     std::puts("usage: shutdown_order ORDER, one of");
     for (const auto& row : s_orders)

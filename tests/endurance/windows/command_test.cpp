@@ -11,8 +11,8 @@
 
 namespace
 {
-/// Wine does not count handles. So this fills the table of one kind of handle: after its free slots, numbers rise by
-/// one, and the highest tells how many handles existed before.
+/// Wine does not count handles, so this fills the table of one kind of handle. When the free slots are used up, the
+/// numbers rise by one, and the highest number tells how many handles existed before.
 template <class Make, class Destroy>
 long CountHandles(Make make, Destroy destroy, unsigned step)
 {
@@ -75,7 +75,7 @@ TEST(Endurance, TwoThousandRunsOfTheCommand)
     VLT::CConfigurationStorage::Instance()->RegisterHandler(pHandler);
     for (int run = 0; run < WarmUp && !HasFatalFailure(); ++run)
         RunOnce(run, pHandler);
-    CLevel(); // lets the counting itself allocate what it needs once
+    CLevel(); // the first count allocates memory that it keeps
     const CLevel before;
     Print("before", before);
     const HMENU menu = ::CreateMenu();

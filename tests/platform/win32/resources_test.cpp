@@ -10,7 +10,7 @@ namespace
 const HINSTANCE s_module = reinterpret_cast<HINSTANCE>(&__ImageBase);
 }
 
-// A slip in the walk over a block of 16 texts shows at its ends, and where an empty place lies before the text.
+// Catches an error in the walk over a block of 16 texts: it shows at the ends of a block and after an empty entry.
 TEST(Resources, LoadStringFindsItsTextInTheBlock)
 {
     const std::tuple<UINT, int, WString> rows[] = {
@@ -38,7 +38,7 @@ TEST(Resources, LoadStringFindsItsTextInTheBlock)
     EXPECT_TRUE(WString(pText, 18) == TEXT("first of its block"));
 }
 
-// The language rules by which a program with one language runs on a system of another, and what is missing.
+// The rules by which a resource is found in another language than the requested one, and what is not found.
 TEST(Resources, FindsByTypeNameAndLanguage)
 {
     const std::tuple<LPCWSTR, LPCWSTR, WORD, std::string, DWORD> rows[] = {

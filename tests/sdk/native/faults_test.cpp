@@ -26,7 +26,7 @@ struct Faults
     std::string nameEnd{}; ///< only calls whose name ends so count
     int calls = 0;
     double sleptSeconds = 0;
-    bool losesName = false; ///< a rename that fails has removed the file in its place, as Windows may
+    bool losesName = false; ///< a failing rename has removed its target, as can happen on Windows
 
     bool Hits(const char* pName)
     {
@@ -69,7 +69,7 @@ WITH_FAULTS(fopen, FILE*, nullptr, (Path path, Path mode), (path, mode))
 WITH_FAULTS(fseek, int, -1, (FILE * pFile, long offset, int from), (pFile, offset, from))
 WITH_FAULTS(fread, size_t, 0, (Bytes bytes, size_t size, size_t count, FILE* pFile), (bytes, size, count, pFile))
 
-// Nothing here depends on the disk. While calls fail, sleeping only adds up the time, which is checked.
+// No test needs the data on the disk, so fsync does nothing. While calls fail, nanosleep only counts the seconds.
 extern "C" __attribute__((visibility("default"))) int fsync_with_faults(int) __asm__("fsync");
 extern "C" int fsync_with_faults(int)
 {
@@ -87,7 +87,7 @@ extern "C" int short_nanosleep(const timespec* pTime, timespec* pRest)
 class SaveFaults : public Handler
 {
 protected:
-    /// False: the save makes fewer calls.
+    /// Returns false if the save makes fewer calls than that.
     bool SaveWithFault(int call, int error, Extent extent)
     {
         SCOPED_TRACE("call " + std::to_string(call) + ", errno " + std::to_string(error) + ", extent " +
@@ -126,7 +126,7 @@ protected:
         }
         const bool isToldOf = HasReported(TEXT("storage.xml.new could not be removed"));
         EXPECT_TRUE(isToldOf ? extent != Extent::Once : isSaved || files.count("storage.xml.new") == 0);
-        // Two may stay where not even a rename works any longer.
+        // Two files may be left if renaming fails, too.
         EXPECT_LE(files.size(), extent == Extent::FromThenOn ? 2u : 1u) << testing::PrintToString(files);
         EXPECT_TRUE(isSaved || !m_report.empty());
     }
