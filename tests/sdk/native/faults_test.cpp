@@ -32,8 +32,9 @@ struct Faults
     {
         if (at == 0 || !std::string(pName).ends_with(nameEnd))
             return false;
-        const bool isHit = ++calls == at || (calls > at && extent == Extent::FromThenOn) ||
-                           (extent == Extent::OnceAndEachRemoval && std::string(pName) == "unlink");
+        const bool failsLater =
+            extent == Extent::FromThenOn || (extent == Extent::OnceAndEachRemoval && std::string(pName) == "unlink");
+        const bool isHit = ++calls == at || (calls > at && failsLater);
         if (isHit)
             errno = error;
         return isHit;
