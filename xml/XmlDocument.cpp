@@ -197,7 +197,7 @@ PlainAttribute CXmlDocument::FindPlainAttribute(int position, const WCHAR* pName
     const XmlName name = FirstToken(pName);
     if (name.length == 0 || pName[name.length] != 0)
         return {PlainAttribute::NotPlain};
-    return VectorLoops().pFindAttribute(m_pUnits, m_unitCount, {At(position).start + 1, StartTagEnd(position)}, name);
+    return VectorLoops().pFindAttribute(m_pUnits, m_unitCount, At(position).start + 1, StartTagEnd(position), name);
 }
 
 /// Returns the length of a value whose closing " is among ShortUnits units, with no & in front of it; else -1. Does not

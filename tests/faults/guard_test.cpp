@@ -102,7 +102,7 @@ TEST_F(Guarded, TheParserAndItsSearches)
             if (ScanAttribute(attribute, name.c_str()))
                 DecodeEntities(pText + attribute.first, attribute.last - attribute.first + 1);
             for (const XmlVectorLoops* pLoops : forms)
-                pLoops->pFindAttribute(pText, count, {tagName, count}, FirstToken(name.c_str()));
+                pLoops->pFindAttribute(pText, count, tagName, count, FirstToken(name.c_str()));
         }
 
         const WCHAR* pUnits = m_room.Put(text.c_str(), length); // these take a length and need no NUL

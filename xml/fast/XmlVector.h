@@ -24,13 +24,6 @@ struct PlainAttribute
     int value = 0; ///< offset of the value's first unit
 };
 
-/// Where a start tag is: offsets of its name and after its >. A tag that is too long for its record ends earlier here.
-struct XmlStartTag
-{
-    int name;
-    int end;
-};
-
 /// A name that a caller asks for, up to the unit that ends it.
 struct XmlName
 {
@@ -49,8 +42,9 @@ struct XmlVectorLoops
     void (*pIndexBlocks)(const WCHAR* pBlocks, int count, XmlTagBlocks& blocks);
 
     /// Looks for an attribute in a common start tag: white space, a name and ="value", again and again. What is found,
-    /// or found missing, is what ScanAttribute gives. name: not empty.
-    PlainAttribute (*pFindAttribute)(const WCHAR* pText, int length, XmlStartTag tag, XmlName name);
+    /// or found missing, is what ScanAttribute gives. tagName: offset after the <. tagEnd: offset after the >; may be
+    /// less. name: not empty.
+    PlainAttribute (*pFindAttribute)(const WCHAR* pText, int length, int tagName, int tagEnd, XmlName name);
 
     /// Copies units up to the first ", & or NUL, at most length, for which pTo has room. Returns how many.
     int (*pCopyValue)(const WCHAR* pFrom, int length, WCHAR* pTo);

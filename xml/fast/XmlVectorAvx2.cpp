@@ -117,9 +117,10 @@ VELTRANO_TARGET_AVX2 void IndexTagBlocksAvx2(const WCHAR* pBlocks, int count, Xm
     IndexTagBlocks<CAvx2Block>(pBlocks, count, blocks);
 }
 
-VELTRANO_TARGET_AVX2 PlainAttribute FindAttributeAvx2(const WCHAR* pText, int length, XmlStartTag tag, XmlName name)
+VELTRANO_TARGET_AVX2 PlainAttribute FindAttributeAvx2(const WCHAR* pText, int length, int tagName, int tagEnd,
+                                                      XmlName name)
 {
-    return FindAttributeInBlocks<CAvx2Block>(pText, length, tag, name);
+    return FindAttributeInBlocks<CAvx2Block>(pText, length, tagName, tagEnd, name);
 }
 
 VELTRANO_TARGET_AVX2 int CopyValueAvx2(const WCHAR* pFrom, int length, WCHAR* pTo)

@@ -132,7 +132,7 @@ inline bool StartsAttribute(const WCHAR* pText, int tagName, int first, XmlName 
 
 /// Goes over the tag a block at a time. The name is sought by its first and last unit.
 template <typename Block>
-VELTRANO_FORCE_INLINE PlainAttribute FindAttributeInBlocks(const WCHAR* pText, int length, XmlStartTag tag,
+VELTRANO_FORCE_INLINE PlainAttribute FindAttributeInBlocks(const WCHAR* pText, int length, int tagName, int tagEnd,
                                                            XmlName name)
 {
     constexpr PlainAttribute notPlain{PlainAttribute::NotPlain};
@@ -146,10 +146,10 @@ VELTRANO_FORCE_INLINE PlainAttribute FindAttributeInBlocks(const WCHAR* pText, i
     uint64_t insideBefore = 0; // all ones: a quote is open
     uint64_t equalBefore = 0;  // bit 0: the last unit was an =
     uint64_t lastsBefore = 0;  // where a name can end that began in the block before
-    for (int blockStart = tag.name;;)
+    for (int blockStart = tagName;;)
     {
         PrefetchBlock(pText + blockStart, distance);
-        if (blockStart >= tag.end || length - blockStart < UnitsPerBlock)
+        if (length - blockStart < UnitsPerBlock)
             return notPlain;
         const Block block(pText + blockStart);
         uint64_t marks = block.template BitsByTable<'>', '/', '\''>();
@@ -177,7 +177,7 @@ VELTRANO_FORCE_INLINE PlainAttribute FindAttributeInBlocks(const WCHAR* pText, i
         for (uint64_t candidates = lasts & outside & upToStop; candidates != 0; candidates &= candidates - 1)
         {
             const int nameEnd = blockStart + std::countr_zero(candidates) + 1;
-            if (!StartsAttribute(pText, tag.name, nameEnd - name.length, name))
+            if (!StartsAttribute(pText, tagName, nameEnd - name.length, name))
                 continue;
             if (pText[nameEnd] == TEXT('=') && pText[nameEnd + 1] == TEXT('"'))
                 return {PlainAttribute::Found, nameEnd + 2};
@@ -194,5 +194,7 @@ VELTRANO_FORCE_INLINE PlainAttribute FindAttributeInBlocks(const WCHAR* pText, i
         blockStart += UnitsPerBlock;
         if (inside == ~uint64_t{0}) // a long value
             blockStart = FindUnitInBlocks<Block>(pText, blockStart, length, TEXT('"'));
+        if (blockStart >= tagEnd)
+            return notPlain;
     }
 }
