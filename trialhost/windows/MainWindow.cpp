@@ -18,6 +18,8 @@ constexpr UINT s_updateMessage = WM_APP; // the log has grown
 constexpr int s_width = 1180;            // pixels at 96 dpi, frame included
 constexpr int s_height = 860;
 constexpr int s_splitterWidth = 5;
+constexpr int s_modeWidth = 90; // least width of the status bar's parts
+constexpr int s_mouseWidth = 140;
 constexpr int s_smallestShare = 100; // of a pane, in thousandths
 constexpr int s_largestShare = 900;
 constexpr double s_zoomStep = 1.2;
@@ -319,8 +321,10 @@ void CMainWindow::Arrange()
     ::SendMessageW(m_statusBar, WM_SIZE, 0, 0); // places itself
     RECT client;
     ::GetClientRect(GetHandle(), &client);
-    const int partEnds[] = {::MulDiv(client.right, 40, 100), ::MulDiv(client.right, 52, 100),
-                            ::MulDiv(client.right, 66, 100), -1};
+    const int modeStart = ::MulDiv(client.right, 40, 100);
+    const int mouseStart = modeStart + std::max(::MulDiv(client.right, 12, 100), Scale(s_modeWidth));
+    const int pathStart = mouseStart + std::max(::MulDiv(client.right, 14, 100), Scale(s_mouseWidth));
+    const int partEnds[] = {modeStart, mouseStart, pathStart, -1};
     ::SendMessageW(m_statusBar, SB_SETPARTS, std::size(partEnds), reinterpret_cast<LPARAM>(partEnds));
     const int top = HeightOf(m_toolBar);
     const int bottom = std::max(top, static_cast<int>(client.bottom) - HeightOf(m_statusBar));
@@ -344,12 +348,15 @@ void CMainWindow::RestorePlaces()
         std::clamp(m_settings.GetNumber(TEXT("UpperHeight"), m_upperHeight), s_smallestShare, s_largestShare);
     const int left = m_settings.GetNumber(TEXT("Left"), Scale(20));
     const int top = m_settings.GetNumber(TEXT("Top"), Scale(20));
-    RECT frame{left, top, left + m_settings.GetNumber(TEXT("Width"), Scale(s_width)),
-               top + m_settings.GetNumber(TEXT("Height"), Scale(s_height))};
-    const RECT screen{0, 0, ::GetSystemMetrics(SM_CXSCREEN), ::GetSystemMetrics(SM_CYSCREEN)};
+    RECT screen{}; // without the task bar
+    ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
+    const int width = std::min(Scale(s_width), static_cast<int>(screen.right) - Scale(20));
+    const int height = std::min(Scale(s_height), static_cast<int>(screen.bottom) - Scale(20));
+    RECT frame{left, top, left + m_settings.GetNumber(TEXT("Width"), width),
+               top + m_settings.GetNumber(TEXT("Height"), height)};
     RECT visible;
     if (!::IntersectRect(&visible, &frame, &screen)) // kept on a screen that is gone
-        frame = {0, 0, Scale(s_width), Scale(s_height)};
+        frame = {screen.left, screen.top, screen.left + width, screen.top + height};
     for (int i = 0; i < 2; ++i) // the first move may lead to a screen of other resolution, which changes the size
         ::MoveWindow(GetHandle(), frame.left, frame.top, frame.right - frame.left, frame.bottom - frame.top, FALSE);
     ::ShowWindow(GetHandle(), m_settings.GetNumber(TEXT("Maximized"), 0) != 0 ? SW_SHOWMAXIMIZED : SW_SHOW);
@@ -510,9 +517,9 @@ void CMainWindow::PlaceDialog()
     RECT dialogFrame;
     if (dialog == nullptr || !::GetWindowRect(GetHandle(), &frame) || !::GetWindowRect(dialog, &dialogFrame))
         return;
-    const int x = frame.right - (dialogFrame.right - dialogFrame.left) - Scale(24);
-    const int y = frame.bottom - (dialogFrame.bottom - dialogFrame.top) - Scale(60);
-    ::SetWindowPos(dialog, nullptr, x, y, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    const LONG x = frame.right - (dialogFrame.right - dialogFrame.left) - Scale(24);
+    const LONG y = frame.bottom - (dialogFrame.bottom - dialogFrame.top) - Scale(60);
+    ::SetWindowPos(dialog, nullptr, std::max(frame.left, x), std::max(frame.top, y), 0, 0, SWP_NOSIZE | SWP_NOZORDER);
     m_pDrawing->Fit(); // the run has added lines
 }
 

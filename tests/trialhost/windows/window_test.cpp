@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <process.h>
 
 namespace
 {
@@ -66,6 +67,28 @@ CHandles CountHandles()
     return handles;
 }
 
+/// The resolution of the screen as programs find it when they start, in dots per inch.
+class CResolution
+{
+public:
+    explicit CResolution(DWORD dpi)
+    {
+        ::RegSetKeyValueW(HKEY_CURRENT_USER, s_pKey, s_pName, REG_DWORD, &dpi, sizeof dpi);
+    }
+    ~CResolution() { ::RegDeleteKeyValueW(HKEY_CURRENT_USER, s_pKey, s_pName); }
+    static UINT Get()
+    {
+        DWORD dpi = 96;
+        DWORD size = sizeof dpi;
+        ::RegGetValueW(HKEY_CURRENT_USER, s_pKey, s_pName, RRF_RT_REG_DWORD, nullptr, &dpi, &size);
+        return dpi;
+    }
+
+private:
+    static constexpr const WCHAR* s_pKey = TEXT("Control Panel\\Desktop");
+    static constexpr const WCHAR* s_pName = TEXT("LogPixels");
+};
+
 class TrialWindow : public testing::Test
 {
 protected:
@@ -119,6 +142,89 @@ protected:
                        reinterpret_cast<LPARAM>(text));
         return text;
     }
+    /// The panes have the font and the places for the resolution, and no text that a control shows is cut off.
+    void ExpectFit(UINT dpi)
+    {
+        m_dpi = dpi;
+        SCOPED_TRACE(dpi);
+        const HWND toolBar = m_pWindow->GetToolBar();
+        const HWND statusBar = m_pWindow->GetStatusBar();
+        LOGFONTW font{};
+        ::GetObjectW(reinterpret_cast<HFONT>(::SendMessageW(statusBar, WM_GETFONT, 0, 0)), sizeof font, &font);
+        EXPECT_EQ(font.lfHeight, -Scaled(12));
+        RECT identifiers;
+        ::GetClientRect(m_pWindow->GetStorage().GetIdentifierList(), &identifiers);
+        EXPECT_NEAR(identifiers.right, Scaled(135), 4) << "without its frame";
+        ExpectPanesTogether(
+            {toolBar, Drawing(), m_pWindow->GetStorage().GetHandle(), m_pWindow->GetLogPane().GetHandle(), statusBar});
+        WCHAR text[1000] = {};
+        RECT place;
+        for (int i = 0; i < CountButtons(); ++i)
+        {
+            TBBUTTON button{};
+            ::SendMessageW(toolBar, TB_GETBUTTON, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&button));
+            ::SendMessageW(toolBar, TB_GETITEMRECT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&place));
+            text[0] = 0; // a gap has none
+            ::SendMessageW(toolBar, TB_GETBUTTONTEXTW, static_cast<WPARAM>(button.idCommand),
+                           reinterpret_cast<LPARAM>(text));
+            ExpectShown(toolBar, text, place);
+        }
+        for (int i = 0; i < 3; ++i) // the last part is a path, as long as it likes
+        {
+            ::SendMessageW(statusBar, SB_GETRECT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&place));
+            ExpectShown(statusBar, Status(i), place);
+        }
+        for (const HWND list : {m_pWindow->GetStorage().GetIdentifierList(),
+                                m_pWindow->GetStorage().GetDefinitionList(), m_pWindow->GetLogPane().GetList()})
+        {
+            const HWND header = ListView_GetHeader(list);
+            for (int i = 0; i < Header_GetItemCount(header); ++i)
+            {
+                HDITEMW item{};
+                item.mask = HDI_TEXT;
+                item.pszText = text;
+                item.cchTextMax = 1000;
+                ::SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
+                ::SendMessageW(header, HDM_GETITEMRECT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&place));
+                ExpectShown(header, text, place);
+            }
+        }
+    }
+    void ExpectPanesTogether(const std::vector<HWND>& panes)
+    {
+        RECT client;
+        ::GetClientRect(m_pWindow->GetHandle(), &client);
+        ::MapWindowPoints(m_pWindow->GetHandle(), nullptr, reinterpret_cast<POINT*>(&client), 2);
+        std::vector<RECT> places;
+        for (const HWND pane : panes)
+        {
+            RECT place;
+            RECT common;
+            ::GetWindowRect(pane, &place);
+            ::UnionRect(&common, &place, &client);
+            EXPECT_TRUE(::EqualRect(&common, &client)) << "pane " << places.size() << " leaves the window";
+            EXPECT_GT(place.bottom - place.top, Scaled(15)) << "pane " << places.size();
+            for (const RECT& other : places)
+                EXPECT_FALSE(::IntersectRect(&common, &place, &other)) << "pane " << places.size() << " covers another";
+            places.push_back(place);
+        }
+    }
+    void ExpectShown(HWND control, const WString& text, const RECT& place) const
+    {
+        const HDC context = ::GetDC(control);
+        ::SelectObject(context, reinterpret_cast<HFONT>(::SendMessageW(control, WM_GETFONT, 0, 0)));
+        SIZE size{};
+        ::GetTextExtentPoint32W(context, text.c_str(), static_cast<int>(text.size()), &size);
+        ::ReleaseDC(control, context);
+        const std::string readable(text.begin(), text.end());
+        EXPECT_GE(place.right - place.left, size.cx) << readable;
+        EXPECT_GE(place.bottom - place.top, size.cy) << readable;
+        if (!text.empty())
+        {
+            EXPECT_GE(size.cy, Scaled(12)) << readable;
+        }
+    }
+    LONG Scaled(LONG length) const { return length * static_cast<LONG>(m_dpi) / 96; }
     static WString PlugInPath(const char* pName)
     {
         return std::filesystem::absolute(std::string(PLUGIN_FOLDER) + "/" + pName + ".dll").wstring();
@@ -127,6 +233,7 @@ protected:
     const CTestFolder m_folder; // goes last
     const WString m_file = m_folder.Path(TEXT("storage.xml"));
     const WString m_settings = m_folder.Path(TEXT("settings.ini"));
+    UINT m_dpi = 96; ///< that ExpectFit was last called with
     CCallLog m_log;
     const CHostCallRecorder m_recorder{m_log};
     std::vector<WString> m_reports;
@@ -276,32 +383,39 @@ TEST_F(TrialWindow, PlugInsComeAndGoWithoutLosingHandles)
     EXPECT_EQ(CountButtons(), buttons + 1);
 }
 
-TEST_F(TrialWindow, PanesFitTogetherAtEveryResolution)
+TEST_F(TrialWindow, FitsEveryResolutionThatItMovesTo)
 {
     for (const UINT dpi : {96u, 144u, 192u})
     {
         RECT frame{0, 0, static_cast<LONG>(1100 * dpi / 96), static_cast<LONG>(800 * dpi / 96)};
         ::SendMessageW(m_pWindow->GetHandle(), WM_DPICHANGED, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&frame));
-        LOGFONTW font{};
-        ::GetObjectW(reinterpret_cast<HFONT>(::SendMessageW(m_pWindow->GetStatusBar(), WM_GETFONT, 0, 0)), sizeof font,
-                     &font);
-        EXPECT_EQ(font.lfHeight, -static_cast<LONG>(12 * dpi / 96));
-        const HWND children[] = {m_pWindow->GetToolBar(), Drawing(), m_pWindow->GetStorage().GetHandle(),
-                                 m_pWindow->GetLogPane().GetHandle(), m_pWindow->GetStatusBar()};
-        RECT client;
-        ::GetClientRect(m_pWindow->GetHandle(), &client);
-        ::MapWindowPoints(m_pWindow->GetHandle(), nullptr, reinterpret_cast<POINT*>(&client), 2);
-        RECT places[5];
-        for (int i = 0; i < 5; ++i)
-        {
-            ::GetWindowRect(children[i], &places[i]);
-            RECT common;
-            ::UnionRect(&common, &places[i], &client);
-            EXPECT_TRUE(::EqualRect(&common, &client)) << "pane " << i << " leaves the window at " << dpi;
-            EXPECT_GT(places[i].bottom - places[i].top, static_cast<LONG>(15 * dpi / 96)) << "pane " << i;
-            for (int j = 0; j < i; ++j)
-                EXPECT_FALSE(::IntersectRect(&common, &places[i], &places[j])) << i << " covers " << j << " at " << dpi;
-        }
+        ExpectFit(dpi);
+    }
+}
+
+TEST_F(TrialWindow, FitsTheScreenAtTheStart)
+{
+    ExpectFit(CResolution::Get());
+    RECT frame;
+    RECT screen;
+    ::GetWindowRect(m_pWindow->GetHandle(), &frame);
+    ::SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0);
+    EXPECT_EQ(frame.right, std::min(screen.right, Scaled(20 + 1180)));
+    EXPECT_EQ(frame.bottom, std::min(screen.bottom, Scaled(20 + 860)));
+}
+
+// A program learns the screen's resolution when it starts, so that each needs a process of its own.
+TEST(TrialStart, FitsScreensOfEveryResolution)
+{
+    for (const DWORD dpi : {144u, 192u})
+    {
+        const CResolution resolution(dpi);
+        WCHAR program[MAX_PATH] = {};
+        ::GetModuleFileNameW(nullptr, program, MAX_PATH);
+        EXPECT_EQ(::_wspawnl(_P_WAIT, program, TEXT("trialhost_test"), TEXT("--gtest_output="),
+                             TEXT("--gtest_filter=TrialWindow.FitsTheScreenAtTheStart"), nullptr),
+                  0)
+            << dpi;
     }
 }
 
