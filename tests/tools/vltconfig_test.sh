@@ -59,6 +59,10 @@ printf '<storage><configuration id="QQ==" cfg="QkND"/>junk<configuration id="Qg=
 expect 0 'cut.xml.repaired: 2 records, 3 pieces lost' repair cut.xml
 expect 1 'exists already' repair cut.xml
 expect 0 'B           2           BC' show cut.xml.repaired
+# A tag that is longer than the element table tells.
+head -c 5000000 /dev/zero | tr '\0' x | "${program[@]}" set long.xml Long
+expect 0 'long.xml.repaired: 1 record, nothing lost' repair long.xml
+cmp -s long.xml long.xml.repaired || wrong 'a long record was not repaired'
 cp new.xml new.xml.unsaved-1
 input=other expect 0 '' set new.xml One
 input=two expect 0 '' set new.xml Two

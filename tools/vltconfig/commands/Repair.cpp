@@ -24,7 +24,7 @@ public:
         {
             const XmlElementPosition& element = m_document.At(i);
             const auto start = static_cast<size_t>(element.start);
-            const size_t length = element.tagLengths & StartTagLengthMask;
+            const size_t length = LengthOfStartTag(element);
             if (!IsConfiguration(start, length))
                 continue;
             NameLost(m_end, start);
@@ -40,6 +40,17 @@ public:
     size_t GetLossCount() const { return m_losses; }
 
 private:
+    /// The table has the length's low bits. A value that makes a tag longer is base64, which holds no '>'.
+    size_t LengthOfStartTag(const XmlElementPosition& element) const
+    {
+        const size_t start = static_cast<size_t>(element.start);
+        const size_t lowBits = element.tagLengths & StartTagLengthMask;
+        for (size_t length = lowBits; length <= m_text.size() - start; length += size_t{StartTagLengthMask} + 1)
+            if (length > 0 && m_text[start + length - 1] == TEXT('>'))
+                return length;
+        return lowBits;
+    }
+
     bool IsConfiguration(size_t start, size_t length) const
     {
         const TextView tag = m_text.substr(start, length);
