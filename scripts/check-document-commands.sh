@@ -18,7 +18,7 @@ commands() {
         isCommands { print }
         !inside { n = split($0, piece, "`"); for (i = 2; i <= n; i += 2) print piece[i] }' |
         sed -E 's/ +#.*//' |
-        grep -E '^(\./[a-z]+|cmake -|cpack|ctest -|scripts/[a-z-]+\.sh [a-z]|build/[a-z]+/bin/|PACKAGE/bin/|vltconfig [a-zA-Z-]|trialhost -|git grep|xvfb-run|clang-)' |
+        grep -E '^(\./[a-z]+|CXXFLAGS=|gdb |cmake -|cpack|ctest -|scripts/[a-z-]+\.sh [a-z]|build/[a-z]+/bin/|PACKAGE/bin/|vltconfig [a-zA-Z-]|trialhost -|git grep|xvfb-run|clang-)' |
         LC_ALL=C sort -u
 }
 listed() { grep -vE '^(#|$)' "$list" | sed 's/ | .*//' | LC_ALL=C sort; }
