@@ -8,6 +8,7 @@
 set -u
 prefix=${VELTRANO_WINEPREFIX:-$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build/wineprefix}
 export WINEPREFIX=$prefix WINEDEBUG=${WINEDEBUG:--all} WINEDLLOVERRIDES=mscoree,mshtml=
+export LC_ALL=C.UTF-8 # Wine takes the encoding of file names and the language from it, whatever the user's are
 
 make_prefix() {
     [ -e "$prefix/.ready" ] && return # another program has made it meanwhile
