@@ -1,5 +1,7 @@
 #include "trialhost/plugin/Library.h"
 
+#include "platform/win32/errortext.h"
+
 #include <filesystem>
 #include <system_error>
 
@@ -13,13 +15,8 @@ WString CLibrary::Load(const WString& path)
     ::SetErrorMode(previous);
     if (m_pHandle != nullptr)
         return WString();
-    LPWSTR pText = nullptr;
-    const DWORD length =
-        ::FormatMessageW(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_MAX_WIDTH_MASK,
-                         nullptr, error, 0, reinterpret_cast<LPWSTR>(&pText), 1, nullptr);
-    const WString text = length == 0 ? L"error " + std::to_wstring(error) : WString(pText, length);
-    ::LocalFree(pText);
-    return text.substr(0, text.find_last_not_of(TEXT(" ")) + 1);
+    const WString text = SystemErrorText(error);
+    return text.empty() ? L"error " + std::to_wstring(error) : text;
 }
 
 void CLibrary::Unload()

@@ -16,8 +16,9 @@ struct PlainAttribute
     {
         Found, ///< the value goes up to the next ", unless a NUL comes first
         Missing,
-        /// The tag or the name is not of the common kind, or the tag is among the last units of the text. So is a tag
-        /// whose quotes seem to go on after its end: the search stops there, as each further tag could come that far.
+        /// The tag or the name is not of the common kind, or the tag is among the last units of the text. The quotes of
+        /// an uncommon tag can seem to go on after its end. The search stops there: with many such tags, each search
+        /// could go on to the end of the text.
         NotPlain
     };
     Outcome outcome;

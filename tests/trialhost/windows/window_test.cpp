@@ -164,7 +164,7 @@ protected:
             TBBUTTON button{};
             ::SendMessageW(toolBar, TB_GETBUTTON, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&button));
             ::SendMessageW(toolBar, TB_GETITEMRECT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&place));
-            text[0] = 0; // a gap has none
+            text[0] = 0; // separators have no text
             ::SendMessageW(toolBar, TB_GETBUTTONTEXTW, static_cast<WPARAM>(button.idCommand),
                            reinterpret_cast<LPARAM>(text));
             ExpectShown(toolBar, text, place);
